@@ -1,0 +1,317 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "tagvalue.h"
+
+#include "errorlog.h"
+
+#include <QByteArray>
+
+#include <cmath>
+#include <limits>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+const QString addVarLabel = u" @ basGlobal.AddVar"_s;
+const QString getVarLabel = u" @ basGlobal.GetVar"_s;
+const QString dateFormat = u"yyyy-MM-ddTHH:mm:ss"_s;
+
+bool isDigit(QChar c)
+{
+    return c >= u'0' && c <= u'9';
+}
+
+// Turns a parsed length into a count of characters: rounded to the nearest whole number (halves
+// to even, as the other clients do) and never negative.
+qsizetype toLength(double length)
+{
+    if (!(length > 0))
+        return 0;
+    if (length >= double(std::numeric_limits<qsizetype>::max() / 2))
+        return std::numeric_limits<qsizetype>::max() / 2;
+    return qsizetype(std::nearbyint(length));
+}
+
+QString sizedNeedle(QStringView name)
+{
+    return u'{' + name.toString() + u'(';
+}
+
+QString plainNeedle(QStringView name)
+{
+    return u'{' + name.toString() + u'=';
+}
+
+// The span of the old entry AddVar removes: from its "{" to just past its "}".
+// The sized form is measured by its length, reading exactly one type letter before the digits.
+std::pair<qsizetype, qsizetype> oldEntrySpan(QStringView vars, QStringView name)
+{
+    const qsizetype sized = vars.indexOf(sizedNeedle(name), 0, Qt::CaseInsensitive);
+    if (sized >= 0) {
+        qsizetype at = sized + name.size() + 2 + 1; // "{", name, "(", type letter
+        qsizetype consumed = 0;
+        const double length = at < vars.size() ? LeadingNumber(vars.mid(at), &consumed) : 0;
+        at += consumed + 2; // ")="
+        const qsizetype valueLength = toLength(length);
+        const qsizetype end = valueLength > vars.size() - at ? vars.size() : at + valueLength + 1;
+        return {sized, qMin(end, vars.size())};
+    }
+    const QString plain = plainNeedle(name);
+    const qsizetype start = vars.indexOf(plain, 0, Qt::CaseInsensitive);
+    if (start < 0)
+        return {-1, -1};
+    const qsizetype close = vars.indexOf(u'}', start + plain.size());
+    return {start, close < 0 ? vars.size() : close + 1};
+}
+
+void addVarNamed(QString &vars, const QString &name, const QVariant &value, bool keepEmpty)
+{
+    if (name.isEmpty()) {
+        if (vars.startsWith(u"{(S0)=}"_s))
+            vars.remove(0, 7);
+        return;
+    }
+    const auto [start, end] = oldEntrySpan(vars, name);
+    QString result = start < 0 ? vars : vars.left(start) + QStringView(vars).mid(end);
+    const QString text = TagValueText(value);
+    if (!text.isEmpty() || keepEmpty)
+        result += u'{' + name + u'(' + TagTypeLetter(value) + QString::number(text.size()) + u")="_s + text
+            + u'}';
+    vars = result;
+}
+
+} // namespace
+
+double LeadingNumber(QStringView text, qsizetype *consumed)
+{
+    qsizetype i = 0;
+    const qsizetype n = text.size();
+    while (i < n && (text[i] == u' ' || text[i] == u'\t'))
+        ++i;
+    QByteArray digits;
+    if (i < n && (text[i] == u'+' || text[i] == u'-'))
+        digits += char(text[i++].unicode());
+    bool anyDigit = false;
+    bool point = false;
+    for (; i < n; ++i) {
+        const QChar c = text[i];
+        if (isDigit(c)) {
+            anyDigit = true;
+            digits += char(c.unicode());
+        } else if (c == u'.' && !point) {
+            point = true;
+            digits += '.';
+        } else {
+            break;
+        }
+    }
+    if (!anyDigit) {
+        if (consumed)
+            *consumed = 0;
+        return 0;
+    }
+    // An exponent counts only when digits follow it.
+    if (i < n && (text[i] == u'e' || text[i] == u'E')) {
+        qsizetype j = i + 1;
+        QByteArray exponent = "e";
+        if (j < n && (text[j] == u'+' || text[j] == u'-'))
+            exponent += char(text[j++].unicode());
+        const qsizetype firstExponentDigit = j;
+        while (j < n && isDigit(text[j]))
+            exponent += char(text[j++].unicode());
+        if (j > firstExponentDigit) {
+            digits += exponent;
+            i = j;
+        }
+    }
+    if (consumed)
+        *consumed = i;
+    const double value = std::strtod(digits.constData(), nullptr);
+    return std::isfinite(value) ? value : (value > 0 ? std::numeric_limits<double>::max()
+                                                     : std::numeric_limits<double>::lowest());
+}
+
+QChar TagTypeLetter(const QVariant &value)
+{
+    switch (value.typeId()) {
+    case QMetaType::Int:
+    case QMetaType::UInt:
+    case QMetaType::LongLong:
+    case QMetaType::ULongLong:
+    case QMetaType::Double:
+    case QMetaType::Float:
+    case QMetaType::Short:
+    case QMetaType::UShort:
+    case QMetaType::Long:
+    case QMetaType::ULong:
+    case QMetaType::SChar:
+    case QMetaType::UChar:
+        return u'N';
+    case QMetaType::QDate:
+    case QMetaType::QDateTime:
+    case QMetaType::QTime:
+        return u'D';
+    default:
+        return u'S';
+    }
+}
+
+QString TagDateText(const QDateTime &when)
+{
+    return when.toString(dateFormat);
+}
+
+QDateTime ParseTagDate(QStringView text)
+{
+    QDateTime when = QDateTime::fromString(text.toString(), dateFormat);
+    if (!when.isValid())
+        when = QDateTime::fromString(text.toString(), Qt::ISODate);
+    if (!when.isValid()) {
+        const QDate day = QDate::fromString(text.toString(), Qt::ISODate);
+        if (day.isValid())
+            when = day.startOfDay();
+    }
+    return when;
+}
+
+QString TagValueText(const QVariant &value)
+{
+    switch (value.typeId()) {
+    case QMetaType::Bool:
+        return value.toBool() ? u"True"_s : u"False"_s;
+    case QMetaType::Double:
+    case QMetaType::Float:
+        return QString::number(value.toDouble(), 'g', QLocale::FloatingPointShortest);
+    case QMetaType::QDateTime:
+        return TagDateText(value.toDateTime());
+    case QMetaType::QDate:
+        return TagDateText(value.toDate().startOfDay());
+    case QMetaType::QTime: // a time alone is a time on the zero day of the other clients
+        return TagDateText(QDateTime(QDate(1899, 12, 30), value.toTime()));
+    default:
+        return value.toString();
+    }
+}
+
+namespace TagValue {
+
+EntryRef FindEntry(QStringView vars, QStringView name)
+{
+    qsizetype at = vars.indexOf(sizedNeedle(name), 0, Qt::CaseInsensitive);
+    if (at >= 0)
+        return {at, name.size(), true};
+    at = vars.indexOf(plainNeedle(name), 0, Qt::CaseInsensitive);
+    if (at >= 0)
+        return {at, name.size(), false};
+    return {};
+}
+
+QVariant ReadEntry(QStringView vars, const EntryRef &ref)
+{
+    if (!ref.found())
+        return {};
+    const qsizetype afterName = qMin(ref.brace + 1 + ref.nameLength + 1, vars.size());
+    if (!ref.sized) {
+        const qsizetype close = vars.indexOf(u'}', afterName);
+        return (close < 0 ? vars.mid(afterName) : vars.mid(afterName, close - afterName)).toString();
+    }
+    const QStringView head = vars.mid(afterName, qMin<qsizetype>(10, vars.size() - afterName));
+    QChar type = u'S';
+    double length = LeadingNumber(head);
+    if (length == 0 && !head.isEmpty()) {
+        type = head[0];
+        length = LeadingNumber(head.mid(1));
+    }
+    const qsizetype equals = vars.indexOf(u'=', afterName);
+    if (equals < 0)
+        return QString();
+    const qsizetype start = equals + 1;
+    const QStringView text = vars.mid(start, qMin(toLength(length), vars.size() - start));
+    if (type == u'N')
+        return LeadingNumber(text);
+    if (type == u'D') {
+        const QDateTime when = ParseTagDate(text);
+        return when.isValid() ? QVariant(when) : QVariant();
+    }
+    return text.toString();
+}
+
+QString NameAtIndex(QStringView vars, int index, bool *found)
+{
+    int remaining = index;
+    int depth = 0;
+    for (qsizetype i = 0; i < vars.size(); ++i) {
+        if (vars[i] == u'{') {
+            if (++depth == 1 && --remaining <= 0) {
+                QStringView name = vars.mid(i + 1, qMin<qsizetype>(60, vars.size() - i - 1));
+                qsizetype cut = name.size();
+                for (qsizetype k = 0; k < name.size(); ++k) {
+                    if (name[k] == u'(' || name[k] == u'=') {
+                        cut = k;
+                        break;
+                    }
+                }
+                if (found)
+                    *found = true;
+                return name.left(cut).toString();
+            }
+        } else if (vars[i] == u'}') {
+            --depth;
+        }
+    }
+    if (found)
+        *found = false;
+    return {};
+}
+
+} // namespace TagValue
+
+void AddVar(QString &vars, const QString &name, const QVariant &value, bool keepEmpty)
+{
+    Guard(addVarLabel, [&] { addVarNamed(vars, name, value, keepEmpty); });
+}
+
+void AddVar(QString &vars, int index, const QVariant &value, bool keepEmpty)
+{
+    Guard(addVarLabel, [&] {
+        // Only the first "{" of the string is ever counted on this path.
+        const qsizetype first = vars.indexOf(u'{');
+        if (index > 1 || first < 0)
+            return;
+        QStringView name = QStringView(vars).mid(first + 1, qMin<qsizetype>(60, vars.size() - first - 1));
+        const qsizetype paren = name.indexOf(u'(');
+        if (paren >= 0)
+            name = name.left(paren);
+        addVarNamed(vars, name.toString(), value, keepEmpty);
+    });
+}
+
+QVariant GetVar(const QString &vars, const QString &name, const QVariant &defaultValue)
+{
+    QVariant result;
+    const bool ok = Guard(getVarLabel, [&] {
+        const TagValue::EntryRef ref = TagValue::FindEntry(vars, name);
+        result = ref.found() ? TagValue::ReadEntry(vars, ref) : defaultValue;
+    });
+    return ok ? result : QVariant();
+}
+
+QVariant GetVar(const QString &vars, int index, QString *nameOut)
+{
+    QVariant result;
+    QString name;
+    Guard(getVarLabel, [&] {
+        bool found = false;
+        name = TagValue::NameAtIndex(vars, index, &found);
+        if (found)
+            result = TagValue::ReadEntry(vars, TagValue::FindEntry(vars, name));
+    });
+    if (nameOut)
+        *nameOut = name;
+    return result;
+}
+
+QString GetText(const QString &vars, const QString &name, const QString &defaultValue)
+{
+    return TagValueText(GetVar(vars, name, defaultValue));
+}
