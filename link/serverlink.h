@@ -1,0 +1,79 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// The link between the windows and the server: GetData builds the read commands, HandleCallback
+// routes each reply to the window its reference names.
+#pragma once
+
+#include <QObject>
+#include <QPointer>
+#include <QString>
+#include <QStringList>
+#include <QVariant>
+
+#include <functional>
+
+class usrSession;
+
+// A window that receives replies: the part of the reference after its prefix (upper-cased) and
+// the whole message.
+class IDataReceiver
+{
+public:
+    virtual ~IDataReceiver() = default;
+    virtual void DataArrived(const QString &SubRef, const QString &Message) = 0;
+};
+
+// The device window's list of the device's campaigns, which the choice dialog's answer edits.
+class ICampaignList
+{
+public:
+    virtual ~ICampaignList() = default;
+    virtual QStringList campaignEntries() const = 0;
+    virtual void setCampaignEntries(const QStringList &entries) = 0;
+};
+
+// The command texts of the read catalogue, exactly as the server expects them.
+namespace Commands {
+QString DeviceFieldList(const QStringList &addressBookNames);
+// "" for an unknown key (and "LOCALEXT"): the caller still sends it.
+QString ReadCommand(const QString &key, const QVariant &id, const QString &extsSort, const QString &abSort,
+                    const QStringList &addressBookNames);
+// The campaign list after the choice dialog's answer: an entry of that name (done or not) moves to
+// the end, unmarked.
+QStringList AddCampaignChoice(const QStringList &entries, const QString &choice);
+} // namespace Commands
+
+class ServerLink : public QObject
+{
+    Q_OBJECT
+public:
+    explicit ServerLink(usrSession &session, QObject *parent = nullptr);
+
+    // Builds the read command for key (and id) and sends it; always exactly one send.
+    void GetData(const QString &Key, const QVariant &Id = {});
+    // Routes one reply (or a local answer of the choice dialog) to the open window that asked.
+    void HandleCallback(const QString &Message);
+    // Sends a write command as it stands.
+    void SendCommand(const QString &command);
+
+    // Windows register while open; a reply for a window that is not open is dropped.
+    // prefix: "MAIN", "AB", "CAMPAIGN", "ROUTING", "EXTS", "SCRIPTS". receiver must be a QObject.
+    void setReceiver(const QString &prefix, QObject *receiver);
+
+    QString deviceSort() const { return m_deviceSort; }
+    void setDeviceSort(const QString &field) { m_deviceSort = field; }
+    QString addressBookSort() const { return m_addressBookSort; }
+    void setAddressBookSort(const QString &field) { m_addressBookSort = field; }
+    // The names in the main window's address-book list, in list order (for the device read).
+    void setAddressBookNames(std::function<QStringList()> names) { m_addressBookNames = std::move(names); }
+
+    usrSession &session() { return m_session; }
+
+private:
+    IDataReceiver *receiverFor(const QString &prefix) const;
+
+    usrSession &m_session;
+    QString m_deviceSort = QStringLiteral("Type");
+    QString m_addressBookSort = QStringLiteral("Name");
+    std::function<QStringList()> m_addressBookNames;
+    QHash<QString, QPointer<QObject>> m_receivers;
+};
