@@ -1,0 +1,75 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "startup.h"
+
+#include "errorlog.h"
+#include "serverlink.h"
+#include "translate.h"
+
+#include <QDir>
+#include <QLockFile>
+#include <QStandardPaths>
+
+using namespace Qt::StringLiterals;
+
+namespace Startup {
+
+QString ProductName(const QString &executablePath)
+{
+    // The whole name, without folder or extension, in any case; both separators, since the name
+    // may come from either kind of system.
+    QString name = executablePath.section(u'/', -1).section(u'\\', -1);
+    const qsizetype dot = name.lastIndexOf(u'.');
+    if (dot > 0)
+        name.truncate(dot);
+    return name.compare(u"HLCONFIG"_s, Qt::CaseInsensitive) == 0 ? u"Halyard"_s : u"QuillServer"_s;
+}
+
+QString ApplicationTitle(const QString &productName)
+{
+    return productName + u" Configuration"_s;
+}
+
+QString WindowTitle(const QString &productName)
+{
+    return Translate(QString(), u"<1> configuration"_s, productName);
+}
+
+QString LockFilePath()
+{
+    return QDir(QStandardPaths::writableLocation(QStandardPaths::TempLocation)).filePath(u"quillconfig.lock"_s);
+}
+
+bool AcquireSingleInstance(QLockFile &lock)
+{
+    lock.setStaleLockTime(0); // a copy that died leaves a stale lock, which is removed
+    return lock.tryLock(0);
+}
+
+QStringList InitialLoadKeys()
+{
+    return {u"MAIN-EXTS"_s,     u"MAIN-PBX"_s,     u"MAIN-AB"_s,     u"MAIN-CAMPAIGNS"_s,
+            u"MAIN-FEATURES"_s, u"MAIN-SCRIPTS"_s, u"MAIN-ROUTING"_s};
+}
+
+} // namespace Startup
+
+SessionEvents::SessionEvents(ServerLink &link, QObject *parent) : QObject(parent), m_link(link) {}
+
+void SessionEvents::Sess_SessionEvent(const QString &, const QString &kind, const QString &data)
+{
+    Guard(u" @ frmMain.Sess_SessionEvent: "_s, [&] {
+        const QString k = kind.toUpper();
+        if (k == u"LOGIN"_s)
+            return;
+        if (k == u"READY"_s) {
+            m_link.setDeviceSort(u"Type"_s);
+            for (const QString &key : Startup::InitialLoadKeys())
+                m_link.GetData(key);
+            emit loadStarted();
+        } else if (k == u"LOGOUT"_s) {
+            emit logout();
+        } else {
+            m_link.HandleCallback(data);
+        }
+    });
+}
