@@ -43,13 +43,29 @@ QString appName()
     return u"quillconfig"_s;
 }
 
+// The regional long time format without its time-zone part: the line carries the wall-clock time
+// alone, and a zone name ("Central European Standard Time") would add blanks to the line.
+QString timeFormatWithoutZone(const QString &format)
+{
+    QString result;
+    bool quoted = false;
+    for (const QChar c : format) {
+        if (c == u'\'')
+            quoted = !quoted;
+        if (quoted || c != u't')
+            result += c;
+    }
+    return result.simplified();
+}
+
 QString timestamp()
 {
-    // The regional short date and long time, as the line format asks.
-    const QLocale locale = QLocale::system();
+    // The regional short date and long time ("ddddd ttttt"). QLocale() follows the system's
+    // regional settings unless the application chose a locale.
+    const QLocale locale;
     const QDateTime now = QDateTime::currentDateTime();
     return locale.toString(now.date(), QLocale::ShortFormat) + u' '
-        + locale.toString(now.time(), QLocale::LongFormat);
+        + locale.toString(now.time(), timeFormatWithoutZone(locale.timeFormat(QLocale::LongFormat)));
 }
 
 void writeLine(const QString &path, const QString &message)
@@ -110,8 +126,13 @@ QString Tail(qsizetype maxBytes)
     if (!file.open(QIODevice::ReadOnly))
         return {};
     if (file.size() > maxBytes) {
-        file.seek(file.size() - maxBytes);
-        file.readLine(); // start at a whole line
+        // Start at a whole line: skip the rest of the line the cut falls into, unless the cut
+        // falls exactly at the start of a line.
+        char before = 0;
+        file.seek(file.size() - maxBytes - 1);
+        file.getChar(&before);
+        if (before != '\n')
+            file.readLine();
     }
     return QString::fromUtf8(file.readAll());
 }
