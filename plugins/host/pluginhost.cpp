@@ -1,0 +1,135 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "pluginhost.h"
+
+#include <QCoreApplication>
+#include <QDir>
+#include <QHash>
+#include <QJsonArray>
+#include <QJsonObject>
+#include <QLibrary>
+#include <QLoggingCategory>
+#include <QPluginLoader>
+#include <QSettings>
+
+using namespace Qt::StringLiterals;
+
+Q_LOGGING_CATEGORY(lcPluginHost, "quill.plugins.host", QtInfoMsg)
+
+namespace {
+
+struct ProvidedClass {
+    QString file;
+    QString className; // as the plug-in spells it
+};
+
+// Class names are looked up case-insensitively, as automation class names always were.
+using ClassIndex = QHash<QString, ProvidedClass>;
+
+struct ScanCache {
+    bool done = false;
+    ClassIndex classes;
+};
+
+ScanCache &cache()
+{
+    static ScanCache instance;
+    return instance;
+}
+
+QStringList classesOf(const QJsonObject &loaderMetaData)
+{
+    QStringList names;
+    const QJsonArray classes = loaderMetaData.value(u"MetaData"_s).toObject().value(u"classes"_s).toArray();
+    for (const QJsonValue &entry : classes) {
+        if (entry.isString() && !entry.toString().isEmpty())
+            names.append(entry.toString());
+    }
+    return names;
+}
+
+// Reads each plug-in's metadata without loading it; the first folder to provide a class wins.
+void indexFolder(const QString &folder, ClassIndex &index)
+{
+    const QDir dir(folder);
+    const QStringList files = dir.entryList(QDir::Files | QDir::Readable, QDir::Name);
+    for (const QString &name : files) {
+        const QString path = dir.absoluteFilePath(name);
+        if (!QLibrary::isLibrary(path))
+            continue;
+        const QStringList names = classesOf(QPluginLoader(path).metaData());
+        for (const QString &className : names) {
+            const QString key = className.toCaseFolded();
+            if (!index.contains(key))
+                index.insert(key, {path, className});
+        }
+        if (!names.isEmpty())
+            qCDebug(lcPluginHost) << path << "provides" << names;
+    }
+}
+
+const ClassIndex &scannedClasses()
+{
+    ScanCache &scan = cache();
+    if (!scan.done) {
+        for (const QString &folder : PluginHost::SearchFolders())
+            indexFolder(folder, scan.classes);
+        scan.done = true;
+    }
+    return scan.classes;
+}
+
+} // namespace
+
+namespace PluginHost {
+
+QList<std::pair<QString, QString>> InstalledPlugins()
+{
+    QSettings settings(OrganisationName.toString());
+    settings.beginGroup(PluginsGroup.toString());
+    QList<std::pair<QString, QString>> plugins;
+    const QStringList codes = settings.childKeys();
+    for (const QString &code : codes)
+        plugins.append({code, settings.value(code).toString()});
+    return plugins;
+}
+
+QStringList SearchFolders()
+{
+    QStringList folders;
+    if (QCoreApplication::instance())
+        folders.append(QCoreApplication::applicationDirPath() + u"/plugins"_s);
+    const QString extra = qEnvironmentVariable("QUILL_PLUGIN_PATH");
+    const QStringList extraFolders = extra.split(QDir::listSeparator(), Qt::SkipEmptyParts);
+    for (const QString &folder : extraFolders)
+        folders.append(folder);
+    return folders;
+}
+
+void ForgetScan()
+{
+    cache() = {};
+}
+
+} // namespace PluginHost
+
+QObject *CreateObject(const QString &className)
+{
+    const auto found = scannedClasses().constFind(className.toCaseFolded());
+    if (found == scannedClasses().constEnd()) {
+        qCDebug(lcPluginHost) << "no plug-in provides" << className;
+        return nullptr;
+    }
+    QPluginLoader loader(found->file);
+    QObject *root = loader.instance();
+    if (!root) {
+        qCWarning(lcPluginHost) << "cannot load" << found->file << loader.errorString();
+        return nullptr;
+    }
+    if (auto *factory = qobject_cast<IPluginFactory *>(root)) {
+        QObject *object = factory->create(found->className);
+        if (!object)
+            qCWarning(lcPluginHost) << found->file << "did not create" << found->className;
+        return object;
+    }
+    return root;
+}

@@ -1,0 +1,260 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// Windows, grids, tabs, lists and message boxes shown through the translation layer.
+#include "errorlog.h"
+#include "pluginhost.h"
+#include "translate.h"
+#include "translatewidgets.h"
+
+#include <QApplication>
+#include <QFile>
+#include <QHeaderView>
+#include <QLabel>
+#include <QPushButton>
+#include <QStandardItemModel>
+#include <QStandardPaths>
+#include <QTabBar>
+#include <QTabWidget>
+#include <QTableWidget>
+#include <QTemporaryDir>
+#include <QTest>
+#include <QTimer>
+#include <QTreeView>
+#include <QTreeWidget>
+#include <stdexcept>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+// A translator whose window translation fails, as a broken plug-in would.
+class FailingWindowTranslator : public QObject, public ITranslator
+{
+    Q_OBJECT
+    Q_INTERFACES(ITranslator)
+
+public:
+    bool TranslateLoad(const QString &) override { return true; }
+    QString Translate(const QString &, const QString &text, const QString &, const QString &) override { return text; }
+    void TranslateWindow(QObject *) override { throw std::runtime_error("Window not translatable"); }
+};
+
+struct SampleWindow {
+    QWidget window;
+    QLabel *label = new QLabel(u"Name"_s, &window);
+    QPushButton *button = new QPushButton(u"Buttons"_s, &window);
+    SampleWindow() { window.setWindowTitle(u"Device Properties"_s); }
+};
+
+QStringList tabTexts(const QTabBar *bar)
+{
+    QStringList texts;
+    for (int index = 0; index < bar->count(); ++index)
+        texts.append(bar->tabText(index));
+    return texts;
+}
+
+QStringList headings(const QAbstractItemModel *model)
+{
+    QStringList texts;
+    for (int column = 0; column < model->columnCount(); ++column)
+        texts.append(model->headerData(column, Qt::Horizontal).toString());
+    return texts;
+}
+} // namespace
+
+class TestTranslateWidgets : public QObject
+{
+    Q_OBJECT
+
+private:
+    QTemporaryDir m_scratch;
+    QString m_log;
+
+    static void loadTestTranslator()
+    {
+        qputenv("QUILL_PLUGIN_PATH", QUILL_TEST_PLUGIN_DIR);
+        PluginHost::ForgetScan();
+        QVERIFY(TranslateLoad(u"QSConfig"_s));
+    }
+
+    // Runs the same checks once in English and once through the translator plug-in.
+    static void withAndWithoutTranslator()
+    {
+        QTest::addColumn<bool>("translated");
+        QTest::newRow("English") << false;
+        QTest::newRow("translator") << true;
+    }
+
+    static void prepare(bool translated)
+    {
+        SetTranslator(nullptr);
+        if (translated)
+            loadTestTranslator();
+    }
+
+private slots:
+    void initTestCase()
+    {
+        QStandardPaths::setTestModeEnabled(true);
+        QVERIFY(m_scratch.isValid());
+        m_log = m_scratch.filePath(u"tamsel.log"_s);
+        ErrorLog::SetPath(m_log);
+    }
+
+    void cleanup()
+    {
+        SetTranslator(nullptr);
+        SetMsgBoxAnswer({});
+        SetApplicationTitle(QString());
+    }
+
+    void windowsAreTranslatedOnlyByATranslator_data() { withAndWithoutTranslator(); }
+    void windowsAreTranslatedOnlyByATranslator()
+    {
+        QFETCH(bool, translated);
+        prepare(translated);
+        SampleWindow sample;
+        TranslateWindow(&sample.window);
+        QCOMPARE(sample.window.windowTitle(), translated ? u"Geraeteeigenschaften"_s : u"Device Properties"_s);
+        QCOMPARE(sample.label->text(), translated ? u"Bezeichnung"_s : u"Name"_s);
+        QCOMPARE(sample.button->text(), translated ? u"Tasten"_s : u"Buttons"_s);
+        TranslateWindow(nullptr);
+    }
+
+    void aFailingWindowTranslationIsLoggedAndTheWindowKeepsItsTexts()
+    {
+        QFile::remove(m_log);
+        FailingWindowTranslator failing;
+        SetTranslator(&failing);
+        SampleWindow sample;
+        TranslateWindow(&sample.window);
+        QCOMPARE(sample.label->text(), u"Name"_s);
+        QFile log(m_log);
+        QVERIFY(log.open(QIODevice::ReadOnly));
+        QVERIFY(log.readAll().contains("Window not translatable  @  TranslateWindow\n"));
+    }
+
+    void gridHeadingsAreTranslatedColumnByColumn_data() { withAndWithoutTranslator(); }
+    void gridHeadingsAreTranslatedColumnByColumn()
+    {
+        QFETCH(bool, translated);
+        prepare(translated);
+        QTableWidget grid(2, 3);
+        grid.setHorizontalHeaderLabels({u"Name"_s, u"Extension"_s, u"Speed (s)"_s});
+        grid.setItem(0, 0, new QTableWidgetItem(u"Name"_s)); // a cell, not a heading
+        TranslateGrid(&grid);
+        QCOMPARE(headings(grid.model()), translated ? QStringList({u"Bezeichnung"_s, u"Nebenstelle"_s, u"Speed (s)"_s})
+                                                    : QStringList({u"Name"_s, u"Extension"_s, u"Speed (s)"_s}));
+        QCOMPARE(grid.item(0, 0)->text(), u"Name"_s);
+
+        // Columns without a heading keep showing their number.
+        QTableWidget unlabelled(1, 2);
+        TranslateGrid(&unlabelled);
+        QVERIFY(!unlabelled.horizontalHeaderItem(0));
+        QCOMPARE(headings(unlabelled.model()), QStringList({u"1"_s, u"2"_s}));
+        TranslateGrid(nullptr);
+    }
+
+    void tabCaptionsAreTranslatedFromFirstToLast_data() { withAndWithoutTranslator(); }
+    void tabCaptionsAreTranslatedFromFirstToLast()
+    {
+        QFETCH(bool, translated);
+        prepare(translated);
+        const QStringList english{u"&General"_s, u"Buttons"_s, u"Statistics"_s};
+        const QStringList german{u"&Allgemein"_s, u"Tasten"_s, u"Statistics"_s};
+
+        QTabWidget tabs;
+        for (const QString &caption : english)
+            tabs.addTab(new QWidget, caption);
+        TranslateTabs(&tabs);
+        QCOMPARE(tabTexts(tabs.tabBar()), translated ? german : english);
+
+        QTabBar bar;
+        for (const QString &caption : english)
+            bar.addTab(caption);
+        TranslateTabs(&bar);
+        QCOMPARE(tabTexts(&bar), translated ? german : english);
+        TranslateTabs(static_cast<QTabBar *>(nullptr));
+    }
+
+    void listHeadingsAreTranslated_data() { withAndWithoutTranslator(); }
+    void listHeadingsAreTranslated()
+    {
+        QFETCH(bool, translated);
+        prepare(translated);
+        const QStringList english{u"Name"_s, u"Extension"_s, u"Notes"_s};
+        const QStringList german{u"Bezeichnung"_s, u"Nebenstelle"_s, u"Notes"_s};
+
+        QTreeWidget list;
+        list.setHeaderLabels(english);
+        TranslateList(&list);
+        QCOMPARE(list.headerItem()->text(0), translated ? german.at(0) : english.at(0));
+        QCOMPARE(headings(list.model()), translated ? german : english);
+
+        QStandardItemModel model(0, 3);
+        model.setHorizontalHeaderLabels(english);
+        QTreeView view;
+        view.setModel(&model);
+        TranslateList(&view);
+        QCOMPARE(headings(&model), translated ? german : english);
+
+        QTreeView empty; // no model at all
+        TranslateList(&empty);
+        TranslateList(static_cast<QTreeView *>(nullptr));
+    }
+
+    void messageBoxesShowTheTranslatedPromptUnderTheApplicationsTitle_data() { withAndWithoutTranslator(); }
+    void messageBoxesShowTheTranslatedPromptUnderTheApplicationsTitle()
+    {
+        QFETCH(bool, translated);
+        prepare(translated);
+        QString shownTitle;
+        QString shownText;
+        QMessageBox::StandardButtons shownButtons;
+        SetMsgBoxAnswer([&](const QString &title, const QString &text, QMessageBox::StandardButtons buttons) {
+            shownTitle = title;
+            shownText = text;
+            shownButtons = buttons;
+            return QMessageBox::No;
+        });
+
+        QApplication::setApplicationDisplayName(u"QuillServer"_s);
+        const auto pressed = TranslateMsgBox(u"Delete <1> from <2>?"_s, QMessageBox::Yes | QMessageBox::No,
+                                             u"201"_s, u"Sales"_s);
+        QCOMPARE(pressed, QMessageBox::No);
+        QCOMPARE(shownTitle, u"QuillServer"_s);
+        QCOMPARE(shownText, translated ? u"201 aus Sales loeschen?"_s : u"Delete 201 from Sales?"_s);
+        QCOMPARE(shownButtons, QMessageBox::Yes | QMessageBox::No);
+
+        // Start-up's product name is the title from then on; a title of the caller's own is kept.
+        SetApplicationTitle(u"Halyard"_s);
+        TranslateMsgBox(u"Saved."_s);
+        QCOMPARE(shownTitle, u"Halyard"_s);
+        QCOMPARE(shownButtons, QMessageBox::Ok);
+        TranslateMsgBox(u"Saved."_s, QMessageBox::Ok, {}, {}, u"Halyard Configuration"_s);
+        QCOMPARE(shownTitle, u"Halyard Configuration"_s);
+    }
+
+    void aRealMessageBoxReturnsTheButtonClicked()
+    {
+        QString seenTitle;
+        QTimer answer;
+        answer.setInterval(10);
+        QObject::connect(&answer, &QTimer::timeout, [&] {
+            auto *box = qobject_cast<QMessageBox *>(QApplication::activeModalWidget());
+            if (!box)
+                return;
+            answer.stop();
+            seenTitle = box->windowTitle() + u'|' + box->text();
+            QTest::mouseClick(box->button(QMessageBox::Retry), Qt::LeftButton);
+        });
+        answer.start();
+        SetApplicationTitle(u"QuillServer"_s);
+        const auto pressed = TranslateMsgBox(u"Could not reach <1>."_s, QMessageBox::Retry | QMessageBox::Cancel,
+                                             u"server1"_s);
+        QCOMPARE(pressed, QMessageBox::Retry);
+        QCOMPARE(seenTitle, u"QuillServer|Could not reach server1."_s);
+    }
+};
+
+QTEST_MAIN(TestTranslateWidgets)
+#include "tst_translatewidgets.moc"
