@@ -1,0 +1,257 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "quillserver.h"
+
+#include "commands.h"
+#include "credentials.h"
+#include "demosite.h"
+#include "serverlog.h"
+#include "session.h"
+#include "store.h"
+
+#include <QFile>
+#include <QMutexLocker>
+#include <QSslCertificate>
+#include <QSslKey>
+#include <QWebSocket>
+#include <QWebSocketServer>
+
+Q_LOGGING_CATEGORY(lcServer, "quill.server")
+
+using namespace Qt::StringLiterals;
+
+namespace {
+bool failWith(QString *error, const QString &message)
+{
+    if (error)
+        *error = message;
+    qCWarning(lcServer).noquote() << message;
+    return false;
+}
+
+std::optional<QSslKey> readKey(const QString &keyFile)
+{
+    QFile file(keyFile);
+    if (!file.open(QIODevice::ReadOnly))
+        return std::nullopt;
+    const QByteArray pem = file.readAll();
+    for (const QSsl::KeyAlgorithm algorithm : {QSsl::Rsa, QSsl::Ec, QSsl::Dsa}) {
+        QSslKey key(pem, algorithm, QSsl::Pem, QSsl::PrivateKey);
+        if (!key.isNull())
+            return key;
+    }
+    return std::nullopt;
+}
+} // namespace
+
+QuillServer::QuillServer(QObject *parent)
+    : QObject(parent), m_store(std::make_unique<Store>()), m_commands(std::make_unique<CommandProcessor>(*m_store))
+{
+}
+
+QuillServer::~QuillServer()
+{
+    close();
+}
+
+bool QuillServer::open(const QString &dbFile, QString *error)
+{
+    QString why;
+    if (!m_store->open(dbFile, &why))
+        return failWith(error, u"cannot open the database: "_s + why);
+    qCInfo(lcServer).noquote() << "database" << dbFile << "open";
+    return true;
+}
+
+bool QuillServer::setTls(const QString &certFile, const QString &keyFile, QString *error)
+{
+    if (m_server)
+        return failWith(error, u"TLS must be set before the server listens"_s);
+    const QList<QSslCertificate> chain = QSslCertificate::fromPath(certFile, QSsl::Pem);
+    if (chain.isEmpty())
+        return failWith(error, u"no certificate in %1"_s.arg(certFile));
+    const auto key = readKey(keyFile);
+    if (!key)
+        return failWith(error, u"no private key in %1"_s.arg(keyFile));
+    m_tls = QSslConfiguration::defaultConfiguration();
+    m_tls.setLocalCertificate(chain.first());
+    if (chain.size() > 1)
+        m_tls.setLocalCertificateChain(chain);
+    m_tls.setPrivateKey(*key);
+    m_tls.setPeerVerifyMode(QSslSocket::VerifyNone);
+    m_useTls = true;
+    return true;
+}
+
+bool QuillServer::listen(const QHostAddress &address, quint16 port, QString *error)
+{
+    if (m_server)
+        return failWith(error, u"the server is already listening"_s);
+    m_server = new QWebSocketServer(u"QuillServer"_s,
+                                    m_useTls ? QWebSocketServer::SecureMode : QWebSocketServer::NonSecureMode, this);
+    if (m_useTls)
+        m_server->setSslConfiguration(m_tls);
+    connect(m_server, &QWebSocketServer::newConnection, this, [this] {
+        while (m_server && m_server->hasPendingConnections()) {
+            QWebSocket *socket = m_server->nextPendingConnection();
+            if (!socket)
+                break;
+            auto *session = new Session(socket, *this);
+            m_sessions.append(session);
+            connect(session, &Session::ended, this, &QuillServer::sessionEnded);
+        }
+    });
+    connect(m_server, &QWebSocketServer::serverError, this, [this](QWebSocketProtocol::CloseCode) {
+        qCInfo(lcServer).noquote() << "a connection failed its handshake:" << m_server->errorString();
+    });
+    connect(m_server, &QWebSocketServer::sslErrors, this, [](const QList<QSslError> &errors) {
+        qCInfo(lcServer).noquote() << "TLS handshake failed:" << (errors.isEmpty() ? QString() : errors.first().errorString());
+    });
+    if (!m_server->listen(address, port)) {
+        const QString why = m_server->errorString();
+        delete m_server;
+        m_server = nullptr;
+        return failWith(error, u"cannot listen on %1:%2: %3"_s.arg(address.toString()).arg(port).arg(why));
+    }
+    qCInfo(lcServer).noquote() << "listening on" << url().toString();
+    return true;
+}
+
+quint16 QuillServer::port() const
+{
+    return m_server ? m_server->serverPort() : 0;
+}
+
+QUrl QuillServer::url() const
+{
+    if (!m_server)
+        return {};
+    QHostAddress host = m_server->serverAddress();
+    if (host == QHostAddress::Any || host == QHostAddress::AnyIPv4 || host == QHostAddress::AnyIPv6 || host.isNull())
+        host = QHostAddress::LocalHost;
+    QUrl url;
+    url.setScheme(m_useTls ? u"wss"_s : u"ws"_s);
+    url.setHost(host.toString());
+    url.setPort(port());
+    return url;
+}
+
+bool QuillServer::isEmpty() const
+{
+    return m_store->isOpen() && m_store->isEmpty();
+}
+
+void QuillServer::seedDemo()
+{
+    if (!isEmpty()) {
+        qCInfo(lcServer) << "the database holds data; the demo site was not loaded";
+        return;
+    }
+    QString why;
+    if (DemoSite::Seed(*m_store, &why))
+        qCInfo(lcServer) << "demo site loaded";
+    else
+        qCWarning(lcServer).noquote() << "the demo site could not be loaded:" << why;
+}
+
+bool QuillServer::addUser(const QString &name, const QString &password)
+{
+    const QString user = name.trimmed();
+    if (user.isEmpty() || password.isEmpty() || !m_store->isOpen())
+        return false;
+    const Account account = Credentials::HashPassword(password);
+    if (!m_store->begin())
+        return false;
+    if (!m_store->setAccount(user, account) || !m_store->commit()) {
+        m_store->rollback();
+        qCWarning(lcServer).noquote() << "cannot store the account" << user << ":" << m_store->lastError();
+        return false;
+    }
+    qCInfo(lcServer).noquote() << "account" << user << "stored";
+    return true;
+}
+
+QString QuillServer::createOneTimeToken()
+{
+    const QString token = Credentials::NewToken();
+    QMutexLocker lock(&m_tokenLock);
+    m_tokens.append(token);
+    return token;
+}
+
+QuillServer::LogIn QuillServer::logIn(const QString &user, const QString &password, const QString &token)
+{
+    if (!token.isEmpty()) {
+        const QByteArray offered = token.toUtf8();
+        QMutexLocker lock(&m_tokenLock);
+        qsizetype match = -1;
+        for (qsizetype i = 0; i < m_tokens.size(); ++i) {
+            if (Credentials::ConstantTimeEquals(m_tokens[i].toUtf8(), offered))
+                match = i;
+        }
+        if (match < 0)
+            return LogIn::Refused;
+        m_tokens.removeAt(match); // good for one log-in only
+        return LogIn::Accepted;
+    }
+    const auto account = user.trimmed().isEmpty() ? std::nullopt : m_store->account(user.trimmed());
+    if (!account) {
+        Credentials::WasteVerification(password);
+        return LogIn::Refused;
+    }
+    return Credentials::Verify(password, *account) ? LogIn::Accepted : LogIn::Refused;
+}
+
+QString QuillServer::execute(const QString &command)
+{
+    if (!m_store->isOpen()) {
+        refuse(u"no database is open"_s);
+        return {};
+    }
+    const CommandOutcome outcome = m_commands->execute(command);
+    if (!outcome.refusal.isEmpty())
+        refuse(outcome.refusal);
+    return outcome.reply;
+}
+
+void QuillServer::refuse(const QString &reason)
+{
+    ++m_refusals;
+    qCWarning(lcServer).noquote() << "refused:" << reason;
+    emit refused(reason);
+}
+
+void QuillServer::sessionEnded(Session *session)
+{
+    m_sessions.removeOne(session);
+    session->deleteLater();
+}
+
+void QuillServer::close()
+{
+    if (m_server) {
+        m_server->close();
+        delete m_server;
+        m_server = nullptr;
+    }
+    const QList<Session *> sessions = m_sessions;
+    m_sessions.clear();
+    for (Session *session : sessions) {
+        disconnect(session, nullptr, this, nullptr);
+        session->abort();
+        delete session;
+    }
+    if (m_store->isOpen()) {
+        m_store->close();
+        qCInfo(lcServer) << "database closed";
+    }
+}
+
+int QuillServer::refusalCount() const
+{
+    return m_refusals;
+}
+
+int QuillServer::sessionCount() const
+{
+    return int(m_sessions.size());
+}

@@ -1,0 +1,81 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// The reference QuillServer: the six tables in SQLite and the command catalogue over WebSocket
+// sessions. Used by quillserverd and, in-process, by the tool's embedded demo server.
+#pragma once
+
+#include <QHostAddress>
+#include <QMutex>
+#include <QObject>
+#include <QSslConfiguration>
+#include <QString>
+#include <QStringList>
+#include <QUrl>
+
+#include <memory>
+
+class CommandProcessor;
+class QWebSocketServer;
+class Session;
+class Store;
+
+// Thread-confined: create, use and destroy it in one thread (a worker QThread will do). Each
+// instance has its own database connection. createOneTimeToken() alone may be called from any
+// thread.
+class QuillServer : public QObject
+{
+    Q_OBJECT
+public:
+    explicit QuillServer(QObject *parent = nullptr);
+    ~QuillServer() override;
+
+    // Opens the SQLite file, creating the tables on first use (WAL, versioned schema).
+    bool open(const QString &dbFile, QString *error = nullptr);
+    // Accepts sessions on address:port; port 0 takes a free port (see port()).
+    bool listen(const QHostAddress &address, quint16 port, QString *error = nullptr);
+    // Serves wss:// with this PEM certificate and key; call before listen().
+    bool setTls(const QString &certFile, const QString &keyFile, QString *error = nullptr);
+    quint16 port() const;
+    // ws://HOST:PORT (wss:// with TLS); a server listening on every address is reached on 127.0.0.1.
+    QUrl url() const;
+
+    // True while nothing has been stored in any table.
+    bool isEmpty() const;
+    // Fills an empty database with the demo site; does nothing to a database that holds data.
+    void seedDemo();
+
+    // Creates the admin account or sets its new password.
+    bool addUser(const QString &name, const QString &password);
+    // A log-in token good for one log-in ("{Session=Login}{Token(S..)=...}").
+    QString createOneTimeToken();
+
+    // Runs one command and returns its reply ("" when it has none). Refusals are logged.
+    QString execute(const QString &command);
+
+    // Stops listening, closes every session and the database.
+    void close();
+
+    // How many refusals have been logged (each is one line of category quill.server).
+    int refusalCount() const;
+    int sessionCount() const;
+
+signals:
+    void refused(const QString &reason);
+
+private:
+    friend class Session;
+    enum class LogIn { Accepted, Refused };
+    // Checks a log-in frame's credentials; who receives the user (or "token") for the log.
+    LogIn logIn(const QString &user, const QString &password, const QString &token);
+    void refuse(const QString &reason);
+    void sessionEnded(Session *session);
+
+    std::unique_ptr<Store> m_store;
+    std::unique_ptr<CommandProcessor> m_commands;
+    QWebSocketServer *m_server = nullptr;
+    QList<Session *> m_sessions;
+    QSslConfiguration m_tls;
+    bool m_useTls = false;
+    int m_refusals = 0;
+    QMutex m_tokenLock;
+    QStringList m_tokens;
+};

@@ -1,0 +1,154 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "session.h"
+
+#include "quillserver.h"
+#include "serverlog.h"
+#include "tagentries.h"
+#include "tagvalue.h"
+
+#include <QWebSocket>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+const QString sessionPrefix = u"{Session="_s;
+
+// A top-level entry of a session frame (sized entries first, as GetVar prefers them).
+QString frameTag(const QList<TagEntry> &entries, QStringView name)
+{
+    const TagEntry *plain = nullptr;
+    for (const TagEntry &entry : entries) {
+        if (entry.name.compare(name, Qt::CaseInsensitive) != 0)
+            continue;
+        if (entry.sized)
+            return entry.value;
+        if (!plain)
+            plain = &entry;
+    }
+    return plain ? plain->value : QString();
+}
+
+QString sessionKind(const QString &frame)
+{
+    const qsizetype close = frame.indexOf(u'}');
+    return close < 0 ? QString() : frame.mid(sessionPrefix.size(), close - sessionPrefix.size()).trimmed();
+}
+
+} // namespace
+
+Session::Session(QWebSocket *socket, QuillServer &server) : m_socket(socket), m_server(server)
+{
+    m_socket->setParent(this);
+    m_socket->setMaxAllowedIncomingFrameSize(MaxFrameBytes);
+    m_socket->setMaxAllowedIncomingMessageSize(MaxFrameBytes);
+    m_peer = m_socket->peerAddress().toString() + u':' + QString::number(m_socket->peerPort());
+
+    connect(m_socket, &QWebSocket::textMessageReceived, this, &Session::frameArrived);
+    connect(m_socket, &QWebSocket::binaryMessageReceived, this, &Session::binaryArrived);
+    connect(m_socket, &QWebSocket::disconnected, this, &Session::disconnected);
+
+    m_logInTimer.setSingleShot(true);
+    m_logInTimer.setInterval(LogInTimeoutMs);
+    connect(&m_logInTimer, &QTimer::timeout, this, [this] {
+        qCInfo(lcServer).noquote() << "no log-in from" << m_peer << "in time; connection closed";
+        abort();
+    });
+    m_logInTimer.start();
+}
+
+Session::~Session() = default;
+
+QString Session::peer() const
+{
+    return m_peer;
+}
+
+void Session::abort()
+{
+    if (m_closing)
+        return;
+    m_closing = true;
+    m_socket->close(QWebSocketProtocol::CloseCodeGoingAway);
+}
+
+void Session::refuseAndClose(const QString &reason)
+{
+    m_server.refuse(reason + u" from "_s + m_peer + u"; connection closed"_s);
+    m_closing = true;
+    m_socket->close(QWebSocketProtocol::CloseCodePolicyViolated);
+}
+
+void Session::frameArrived(const QString &frame)
+{
+    if (m_closing)
+        return;
+    if (!m_loggedIn) {
+        if (frame.startsWith(u"{Session=Login}"_s, Qt::CaseInsensitive))
+            logIn(frame);
+        else
+            refuseAndClose(u"frame before log-in"_s);
+        return;
+    }
+    if (frame.startsWith(sessionPrefix, Qt::CaseInsensitive)) {
+        sessionFrame(frame);
+        return;
+    }
+    const QString reply = m_server.execute(frame);
+    if (!reply.isEmpty())
+        m_socket->sendTextMessage(reply);
+}
+
+void Session::binaryArrived()
+{
+    if (m_closing)
+        return;
+    if (!m_loggedIn)
+        refuseAndClose(u"binary frame before log-in"_s);
+    else
+        m_server.refuse(u"binary frame from "_s + m_peer + u" ignored"_s);
+}
+
+void Session::logIn(const QString &frame)
+{
+    const QList<TagEntry> entries = SplitEntries(frame);
+    const QString user = frameTag(entries, u"User");
+    const QString token = frameTag(entries, u"Token");
+    const QString app = frameTag(entries, u"App");
+    if (m_server.logIn(user, frameTag(entries, u"Password"), token) != QuillServer::LogIn::Accepted) {
+        QString logout = u"{Session=LOGOUT}"_s;
+        AddVar(logout, u"Reason"_s, token.isEmpty() ? u"Unknown user or wrong password"_s
+                                                     : u"The log-in token is not valid"_s);
+        m_socket->sendTextMessage(logout);
+        m_socket->flush();
+        const QString who = token.isEmpty() ? u"user \"%1\""_s.arg(user.left(40)) : u"a token"_s;
+        refuseAndClose(u"log-in of "_s + who);
+        return;
+    }
+    m_loggedIn = true;
+    m_logInTimer.stop();
+    m_user = token.isEmpty() ? user : u"(token)"_s;
+    qCInfo(lcServer).noquote() << "session of" << m_user << "from" << m_peer << "opened" << (app.isEmpty() ? QString() : u"by "_s + app.left(60));
+    m_socket->sendTextMessage(u"{Session=LOGIN}"_s);
+    m_socket->sendTextMessage(u"{Session=READY}"_s);
+}
+
+void Session::sessionFrame(const QString &frame)
+{
+    const QString kind = sessionKind(frame);
+    if (kind.compare(u"Logout", Qt::CaseInsensitive) == 0) {
+        qCInfo(lcServer).noquote() << "session of" << m_user << "from" << m_peer << "logged out";
+        abort();
+        return;
+    }
+    m_server.refuse(u"session frame \"%1\" from %2 ignored"_s.arg(kind.left(30), m_peer));
+}
+
+void Session::disconnected()
+{
+    if (m_loggedIn)
+        qCInfo(lcServer).noquote() << "session of" << m_user << "from" << m_peer << "closed";
+    if (m_socket->closeCode() == QWebSocketProtocol::CloseCodeTooMuchData)
+        m_server.refuse(u"frame over 16 MiB from "_s + m_peer + u"; connection closed"_s);
+    emit ended(this);
+}

@@ -1,0 +1,46 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// One client connection: its log-in, then one command per text frame, one reply per frame.
+#pragma once
+
+#include <QObject>
+#include <QString>
+#include <QTimer>
+
+class QWebSocket;
+class QuillServer;
+
+class Session : public QObject
+{
+    Q_OBJECT
+public:
+    // Frames larger than this (UTF-8 bytes) are refused and the connection closed.
+    static constexpr quint64 MaxFrameBytes = 16 * 1024 * 1024;
+    // A connection that has not logged in by then is closed.
+    static constexpr int LogInTimeoutMs = 30000;
+
+    Session(QWebSocket *socket, QuillServer &server);
+    ~Session() override;
+
+    QString peer() const;
+    // Ends the session from the server's side.
+    void abort();
+
+signals:
+    void ended(Session *session);
+
+private:
+    void frameArrived(const QString &frame);
+    void binaryArrived();
+    void logIn(const QString &frame);
+    void sessionFrame(const QString &frame);
+    void refuseAndClose(const QString &reason);
+    void disconnected();
+
+    QWebSocket *m_socket;
+    QuillServer &m_server;
+    QTimer m_logInTimer;
+    QString m_peer;
+    QString m_user;
+    bool m_loggedIn = false;
+    bool m_closing = false;
+};
