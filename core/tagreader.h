@@ -1,0 +1,72 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// One-pass reading of big tagged-value strings: list replies of thousands of rows.
+#pragma once
+
+#include "tagvalue.h"
+
+#include <QString>
+#include <QStringList>
+#include <QStringView>
+#include <QVarLengthArray>
+#include <QVariant>
+
+// Indexes a tagged-value string once, in one pass, and then answers every read exactly as GetVar
+// answers it on the same string: the same textual, case-insensitive "first occurrence anywhere"
+// rule (entries nested in earlier values included, sized before plain), the same conversion by
+// type letter, the same default. Reading every row of a reply with GetVar searches from the start
+// each time and grows with the square of the reply; a TagReader keeps each read to the size of
+// the value it returns.
+//
+// Names up to MaxIndexedName characters are looked up in the index; longer names, and names that
+// hold "(" or "=", take GetVar's own linear search, so the answer is the same for every name.
+class TagReader
+{
+public:
+    static constexpr qsizetype MaxIndexedName = 64;
+
+    explicit TagReader(const QString &vars);
+
+    // GetVar(vars, name, defaultValue).
+    QVariant value(QStringView name, const QVariant &defaultValue = {}) const;
+    // GetVar(vars, index, nameOut): the index-th top-level entry (1 or less reads the first).
+    QVariant value(int index, QString *nameOut = nullptr) const;
+    // GetText(vars, name, defaultValue).
+    QString text(QStringView name, const QString &defaultValue = {}) const;
+    // Where GetVar's named search settles: TagValue::FindEntry(vars, name).
+    TagValue::EntryRef find(QStringView name) const;
+
+    const QString &vars() const { return m_vars; }
+    // How many "{" the string holds: an upper bound on any count of entries it can carry.
+    qsizetype braceCount() const { return m_braceCount; }
+
+private:
+    // The first sized and the first plain entry of one case-folded name ("{" positions).
+    struct Entry {
+        qsizetype sized = -1;
+        qsizetype plain = -1;
+        qsizetype first() const { return sized < 0 ? plain : (plain < 0 ? sized : qMin(sized, plain)); }
+    };
+    // Open addressing over the entries; the hash is kept so growing never reads the text again.
+    struct Slot {
+        quint32 hash = 0;
+        quint32 entry = 0; // index into m_entries plus one; 0 marks a free slot
+    };
+
+    void buildIndex();
+    void record(qsizetype brace, qsizetype nameLength, bool sized);
+    void grow();
+    qsizetype lookup(QStringView name, quint32 hash) const; // entry index or -1
+    bool indexable(QStringView name) const;
+
+    QString m_vars;
+    bool m_indexed = false; // false: every read takes the linear search
+    qsizetype m_braceCount = 0;
+    QVarLengthArray<Entry, 8> m_entries;
+    QVarLengthArray<Slot, 16> m_slots;
+    QVarLengthArray<qsizetype, 8> m_topLevel; // "{" of each top-level entry, for reads by number
+};
+
+// The rows of a list reply: the values of List1 .. List<ListCount>, each read as GetVar reads it
+// (as text). A row the reply lacks reads empty. A count beyond the number of entries the reply
+// could hold is damage, not data, and is cut to that number.
+QStringList ReadList(const QString &reply);
