@@ -18,6 +18,16 @@ struct SessionCredentials {
     QString token;
 };
 
+// What the command line says about the session: --server URL, --user NAME, --demo, --ca FILE
+// (either "--name value" or "--name=value"). A server without a scheme is taken as ws://.
+struct SessionOptions {
+    QUrl server;
+    QString user;
+    bool demo = false;
+    QString caFile;
+    static SessionOptions Parse(const QString &commandLine);
+};
+
 class usrSession : public QObject
 {
     Q_OBJECT
@@ -57,6 +67,26 @@ public:
     // "LOGOUT"). Without one the session keeps trying.
     using GiveUpQuestion = std::function<bool(const QString &reason)>;
     void setKeepTryingQuestion(GiveUpQuestion question);
+
+    // Server and user kept from the last log-in typed into the prompt (never a password).
+    static SessionCredentials SavedCredentials();
+    // True when the command line or the session's settings name a server; otherwise the tool
+    // runs on its embedded server.
+    static bool ServerConfigured(const QString &commandLine);
+
+    // Where a fresh one-time token comes from before each log-in (the embedded server): a token is
+    // spent by its log-in, so a reconnect needs a new one.
+    using TokenSource = std::function<QString()>;
+    void setTokenSource(TokenSource source);
+    // Reconnect back-off: the first delay doubles after each failed attempt up to maxDelayMs; the
+    // keep-trying question is asked after attemptsBeforeAsking failed attempts in a row.
+    void setReconnectTiming(int firstDelayMs, int maxDelayMs, int attemptsBeforeAsking);
+    // Trusts the certificates in this PEM file for wss:// (a server's self-signed certificate).
+    // --ca FILE on the command line does the same.
+    bool setCaCertificateFile(const QString &path, QString *error = nullptr);
+
+    // Frames larger than this (UTF-8 bytes) are refused in both directions.
+    static constexpr qint64 MaxFrameBytes = 16 * 1024 * 1024;
 
 signals:
     // kind: "LOGIN", "READY", "LOGOUT", or "MESSAGE" with data = one whole server frame.

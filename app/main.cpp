@@ -1,0 +1,128 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// The configuration tool's entry point: one running copy, translation, product name, the session.
+#include "embeddedserver.h"
+#include "errorlog.h"
+#include "logindialog.h"
+#include "serverlink.h"
+#include "startup.h"
+#include "translate.h"
+#include "translatewidgets.h"
+#include "usrsession.h"
+
+#include <QApplication>
+#include <QFileInfo>
+#include <QLockFile>
+#include <QTimer>
+
+#ifdef QUILL_HAVE_FRMMAIN
+#include "frmMain.h"
+using MainWindow = frmMain;
+#else
+#include "eventwindow.h"
+using MainWindow = EventListWindow;
+#endif
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+// The arguments after the program's name as one command line, quoted so that it splits back the
+// same way.
+QString CommandLine(const QStringList &arguments)
+{
+    QStringList words;
+    for (const QString &argument : arguments.mid(1)) {
+        const bool plain = !argument.isEmpty() && !argument.contains(u' ') && !argument.contains(u'"');
+        words << (plain ? argument : u'"' + QString(argument).replace(u"\""_s, u"\"\"\""_s) + u'"');
+    }
+    return words.join(u' ');
+}
+
+// With --demo, or with no server named on the command line or in the settings, the session talks
+// to the reference server run inside the tool, logging in with one-time tokens.
+bool UseEmbeddedServerWhenNeeded(usrSession &session, EmbeddedServer &embedded)
+{
+    if (!SessionOptions::Parse(session.command).demo && usrSession::ServerConfigured(session.command))
+        return true;
+    QString error;
+    if (!embedded.start(&error)) {
+        ErrorLog::Write(error + u" @ basQSConfig.Main"_s);
+        TranslateMsgBox(u"The demonstration server could not be started: <1>"_s, QMessageBox::Ok, error);
+        return false;
+    }
+    SessionCredentials credentials;
+    credentials.server = embedded.url();
+    credentials.token = embedded.createToken();
+    session.setCredentials(credentials);
+    session.setTokenSource([&embedded] { return embedded.createToken(); });
+    return true;
+}
+
+// Ends the program when the window goes away for good (a close that the window refused does not).
+class QuitWhenClosed : public QObject
+{
+public:
+    using QObject::QObject;
+    bool eventFilter(QObject *watched, QEvent *event) override
+    {
+        if (event->type() == QEvent::Close) {
+            auto *window = static_cast<QWidget *>(watched);
+            QTimer::singleShot(0, this, [window] {
+                if (!window->isVisible())
+                    QCoreApplication::quit();
+            });
+        }
+        return false;
+    }
+};
+
+} // namespace
+
+int main(int argc, char *argv[])
+{
+    QApplication app(argc, argv);
+    QCoreApplication::setOrganizationName(u"Tamsel Telecom Ltd"_s);
+    QCoreApplication::setApplicationName(u"QuillConfig"_s);
+    // Dialogs shown before the main window (the log-in) must not end the program when they close.
+    app.setQuitOnLastWindowClosed(false);
+
+    QLockFile lock(Startup::LockFilePath());
+    if (!Startup::AcquireSingleInstance(lock))
+        return 0; // another copy is running: end silently
+
+    TranslateLoad(u"QSConfig"_s);
+    const QString executable = QString::fromLocal8Bit(argv[0]);
+    const QString product = Startup::ProductName(executable);
+    ErrorLog::SetApplicationName(QFileInfo(executable).completeBaseName());
+    SetApplicationTitle(Startup::ApplicationTitle(product));
+
+    EmbeddedServer embedded; // declared first so that it stops after the session has closed
+    usrSession session;
+    session.command = CommandLine(QCoreApplication::arguments());
+    session.setCredentialsPrompt(PromptForCredentials);
+    session.setKeepTryingQuestion(AskKeepTrying);
+    if (!UseEmbeddedServerWhenNeeded(session, embedded))
+        return 1;
+
+    ServerLink link(session);
+    SessionEvents events(link);
+    MainWindow window(link);
+    window.setWindowTitle(Startup::WindowTitle(product));
+    QuitWhenClosed quitWhenClosed;
+    window.installEventFilter(&quitWhenClosed);
+
+    QObject::connect(&session, &usrSession::SessionEvent, &events, &SessionEvents::Sess_SessionEvent);
+    QObject::connect(&events, &SessionEvents::loadStarted, &window, [&window] { window.show(); });
+    // LOGOUT unloads the main window, which ends the program; every other window goes with it.
+    QObject::connect(&events, &SessionEvents::logout, &app, [&window] {
+        window.close();
+        QCoreApplication::quit();
+    });
+    QObject::connect(&app, &QCoreApplication::aboutToQuit, &session, [&session] { session.CloseSession(); });
+
+    Guard(u" @ basQSConfig.Main"_s, [&] {
+        session.StartSession(Startup::ApplicationTitle(product), QString(), QString(), QString());
+    });
+    QCoreApplication::processEvents(); // let pending window events run once; the window shows on READY
+    return app.exec();
+}

@@ -1,0 +1,233 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// The exact bytes the session puts on the wire: the log-in frame and every read command, as a
+// server receives them.
+#include "errorlog.h"
+#include "serverlink.h"
+#include "startup.h"
+#include "usrsession.h"
+
+#include <QSignalSpy>
+#include <QStandardPaths>
+#include <QTemporaryDir>
+#include <QTest>
+#include <QWebSocket>
+#include <QWebSocketServer>
+
+#include <memory>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+// Records every frame a client sends, as UTF-8 bytes; answers a log-in with LOGIN and READY so
+// that the session starts sending. Only for checking what is sent: the session's behaviour
+// against a real server is tested with quillserverd.
+class RecordingServer : public QObject
+{
+public:
+    RecordingServer()
+    {
+        m_server.listen(QHostAddress::LocalHost, 0);
+        connect(&m_server, &QWebSocketServer::newConnection, this, [this] {
+            QWebSocket *client = m_server.nextPendingConnection();
+            client->setParent(this);
+            connect(client, &QWebSocket::textMessageReceived, this, [this, client](const QString &frame) {
+                frames.append(frame.toUtf8());
+                if (frame.startsWith(u"{Session=Login}"_s)) {
+                    client->sendTextMessage(u"{Session=LOGIN}"_s);
+                    client->sendTextMessage(u"{Session=READY}"_s);
+                }
+            });
+        });
+    }
+    QUrl url() const { return QUrl(u"ws://127.0.0.1:%1"_s.arg(m_server.serverPort())); }
+
+    QList<QByteArray> frames;
+
+private:
+    QWebSocketServer m_server{u"recorder"_s, QWebSocketServer::NonSecureMode};
+};
+
+const QString deviceFieldList =
+    u"Ext,Name,Dept,DDI,Type,Password,Assistant,Mobile,CanDial,CallLog,OtherLog,ViewAB,EditAB,ShowAll,"
+    "ExcludeBLF,DontMonitor,MainNo,NotAnswer,EditOwn,Supervisor,ConfigButtons,UseOutlook,AllowPickup,"
+    "SetCallback,AllowReroute,Privacy,Administrator,ViewBLF,ViewTodo,ViewFeatures,UsePBXName,RequireAgent,"
+    "IncludeBLF,Buttons,btn0,btn1,btn2,btn3,btn4,btn5,btn6,btn7,btn8,Events,NewAB,PrivateAB,AB1Vars,AB2Vars,"
+    "AB3Vars,AB4Vars,AB1Use,AB2Use,AB3Use,AB4Use,Campaigns,CampaignsDone,UseAbsence,AbsenceText,Notes"_s;
+} // namespace
+
+class CommandsSentTest : public QObject
+{
+    Q_OBJECT
+    QTemporaryDir m_dir;
+    std::unique_ptr<RecordingServer> m_server;
+    std::unique_ptr<usrSession> m_session;
+    std::unique_ptr<ServerLink> m_link;
+
+    // Starts a session that logs in with a password and waits until it is ready.
+    void startSession(const QString &appTitle = u"QuillServer Configuration"_s)
+    {
+        SessionCredentials credentials;
+        credentials.server = m_server->url();
+        credentials.user = u"admin"_s;
+        credentials.password = u"pässwörd"_s;
+        m_session->setCredentials(credentials);
+        m_session->StartSession(appTitle, {}, {}, {});
+        QTRY_COMPARE(m_session->state(), usrSession::State::Ready);
+    }
+
+    // Waits until count frames have followed the log-in frame.
+    bool waitForCommands(qsizetype count)
+    {
+        return QTest::qWaitFor([&] { return m_server->frames.size() >= count + 1; }, 10000);
+    }
+    QList<QByteArray> commands() const { return m_server->frames.mid(1); }
+
+private slots:
+    void initTestCase()
+    {
+        QStandardPaths::setTestModeEnabled(true);
+        ErrorLog::SetPath(m_dir.filePath(u"tamsel.log"_s));
+    }
+
+    void init()
+    {
+        m_server = std::make_unique<RecordingServer>();
+        m_session = std::make_unique<usrSession>();
+        m_link = std::make_unique<ServerLink>(*m_session);
+    }
+
+    void cleanup()
+    {
+        m_link.reset();
+        m_session.reset();
+        m_server.reset();
+    }
+
+    void theLogInFrameNamesUserPasswordAndApplication()
+    {
+        m_session->SendCommand(u"{Cmd=Ping}{Handler=Branch}"_s); // before the log-in: waits for it
+        startSession();
+        QCOMPARE(m_server->frames.value(0),
+                 u"{Session=Login}{User(S5)=admin}{Password(S8)=pässwörd}{App(S25)=QuillServer Configuration}"_s
+                     .toUtf8());
+        QVERIFY(waitForCommands(1));
+        QCOMPARE(commands(), QList<QByteArray>{"{Cmd=Ping}{Handler=Branch}"});
+    }
+
+    void theEmbeddedServersLogInCarriesAFreshTokenEachTime()
+    {
+        int issued = 0;
+        m_session->setTokenSource([&issued] { return u"token-%1"_s.arg(++issued); });
+        SessionCredentials credentials;
+        credentials.server = m_server->url();
+        m_session->setCredentials(credentials);
+        m_session->StartSession(u"Halyard Configuration"_s);
+        QTRY_COMPARE(m_session->state(), usrSession::State::Ready);
+        QCOMPARE(m_server->frames.value(0), QByteArray("{Session=Login}{Token(S7)=token-1}{App(S21)=Halyard Configuration}"));
+    }
+
+    void everyReadKeySendsItsCatalogueTextExactly()
+    {
+        startSession();
+        QStringList books;
+        m_link->setAddressBookNames([&books] { return books; });
+        m_link->setDeviceSort(u"Ext"_s);
+        m_link->setAddressBookSort(u"Name"_s);
+
+        struct Read {
+            QString key;
+            QVariant id;
+            QStringList books;
+            QString expected;
+        };
+        const QString deviceRead = u"{Cmd=GetFields}{Table=Exts}{Fields="_s + deviceFieldList;
+        const QList<Read> reads = {
+            {u"MAIN-EXTS"_s, {}, {},
+             u"{Cmd=GetList}{Table=Exts}{Ref=MAIN-EXTS}{Fields=ExtensionId,Id,Ext,Name,Type,Dept}{Sort=Ext}"_s},
+            {u"main-pbx"_s, {}, {}, u"{Cmd=GetField}{Table=System}{Id=PBX}{Field=Options}{Ref=MAIN-PBX}"_s},
+            {u"MAIN-AB"_s, {}, {}, u"{Cmd=GetList}{Table=Ab}{Ref=MAIN-AB}{Fields=ABId,Id,Type,Name}{Sort=Name}"_s},
+            {u"MAIN-CAMPAIGNS"_s, {}, {},
+             u"{Cmd=GetList}{Table=Campaigns}{Ref=MAIN-CAMPAIGNS}{Fields=CampaignId,Id,Name}{Sort=Name}"_s},
+            {u"MAIN-FEATURES"_s, {}, {},
+             u"{Cmd=GetField}{Table=System}{Id=FEATURES}{Field=Options}{Ref=MAIN-FEATURES}"_s},
+            {u"Main-Scripts"_s, {}, {},
+             u"{Cmd=GetList}{Table=Scripts}{Ref=MAIN-SCRIPTS}{Fields=ScriptId,Id,Name,Options}{Sort=Name}"_s},
+            {u"MAIN-ROUTING"_s, {}, {},
+             u"{Cmd=GetList}{Table=Routing}{Ref=MAIN-ROUTING}{Fields=RoutingId,Id,Name,Order,Options}{Sort=Order}"_s},
+            // A device not yet stored: the server picks the record by its Ext.
+            {u"EXT"_s, u"-1"_s, {}, deviceRead + u"}{Ref=EXTS-EXT}{Id(S1)=,}{Index(S3)=Ext}"_s},
+            {u"ext"_s, -1, {u"Sales"_s}, deviceRead + u",SalesVars,SalesUse}{Ref=EXTS-EXT}{Id(S1)=,}{Index(S3)=Ext}"_s},
+            {u"EXT"_s, u"42"_s, {u"Sales"_s, u"Staff"_s},
+             deviceRead + u",SalesVars,SalesUse,StaffVars,StaffUse}{Ref=EXTS-EXT}{Id(S2)=42}"_s},
+            {u"AB"_s, u"7"_s, {}, u"{Cmd=GetFields}{Table=Ab}{Fields=Name,Type,Options,Statistics}{Ref=AB-AB}{Id(S1)=7}"_s},
+            {u"AB"_s, u"Zoë’s"_s, {}, // sized by UTF-16 units, sent as UTF-8
+             u"{Cmd=GetFields}{Table=Ab}{Fields=Name,Type,Options,Statistics}{Ref=AB-AB}{Id(S5)=Zoë’s}"_s},
+            {u"ROUTING"_s, u"3"_s, {},
+             u"{Cmd=GetFields}{Table=Routing}{Fields=Name,Order,Options}{Ref=ROUTING-ROUTING}{Id(S1)=3}"_s},
+            {u"CAMPAIGN"_s, u"12"_s, {},
+             u"{Cmd=GetFields}{Table=Campaigns}{Fields=Name,Options}{Ref=CAMPAIGN-CAMPAIGN}{Id(S2)=12}"_s},
+            {u"SCRIPT"_s, u"9"_s, {},
+             u"{Cmd=GetFields}{Table=Scripts}{Id=9}{Fields=ScriptId,Id,Name,Options,Script}{Ref=SCRIPTS-SCRIPT}"_s},
+            // Keys without a command still send exactly one, empty, message.
+            {u"LOCALEXT"_s, u"201"_s, {}, QString()},
+            {u"MAIN-NOTHING"_s, {}, {}, QString()},
+        };
+        for (const Read &read : reads) {
+            books = read.books;
+            m_link->GetData(read.key, read.id);
+        }
+        QVERIFY(waitForCommands(reads.size()));
+        const QList<QByteArray> received = commands();
+        QCOMPARE(received.size(), reads.size());
+        for (qsizetype i = 0; i < reads.size(); ++i) {
+            const QByteArray expected = reads[i].expected.toUtf8();
+            if (received[i] != expected)
+                QFAIL(qPrintable(u"GetData(%1) sent\n%2\ninstead of\n%3"_s.arg(
+                    reads[i].key, QString::fromUtf8(received[i]), QString::fromUtf8(expected))));
+        }
+    }
+
+    void readyInAnyCaseSendsTheSevenMainReadsInOrder()
+    {
+        startSession();
+        SessionEvents events(*m_link);
+        QSignalSpy loads(&events, &SessionEvents::loadStarted);
+        m_link->setDeviceSort(u"Ext"_s);
+        events.Sess_SessionEvent({}, u"LOGIN"_s, u"{Session=LOGIN}"_s); // sends nothing
+        events.Sess_SessionEvent({}, u"ready"_s, u"{Session=READY}"_s);
+        QCOMPARE(loads.size(), 1);
+        const QList<QByteArray> expected = {
+            "{Cmd=GetList}{Table=Exts}{Ref=MAIN-EXTS}{Fields=ExtensionId,Id,Ext,Name,Type,Dept}{Sort=Type}",
+            "{Cmd=GetField}{Table=System}{Id=PBX}{Field=Options}{Ref=MAIN-PBX}",
+            "{Cmd=GetList}{Table=Ab}{Ref=MAIN-AB}{Fields=ABId,Id,Type,Name}{Sort=Name}",
+            "{Cmd=GetList}{Table=Campaigns}{Ref=MAIN-CAMPAIGNS}{Fields=CampaignId,Id,Name}{Sort=Name}",
+            "{Cmd=GetField}{Table=System}{Id=FEATURES}{Field=Options}{Ref=MAIN-FEATURES}",
+            "{Cmd=GetList}{Table=Scripts}{Ref=MAIN-SCRIPTS}{Fields=ScriptId,Id,Name,Options}{Sort=Name}",
+            "{Cmd=GetList}{Table=Routing}{Ref=MAIN-ROUTING}{Fields=RoutingId,Id,Name,Order,Options}{Sort=Order}",
+        };
+        QVERIFY(waitForCommands(7));
+        QCOMPARE(commands(), expected);
+
+        // A second READY (after a reconnect) repeats the whole load.
+        events.Sess_SessionEvent({}, u"READY"_s, u"{Session=READY}"_s);
+        QVERIFY(waitForCommands(14));
+        QCOMPARE(commands().mid(7), expected);
+
+        events.Sess_SessionEvent({}, u"LOGOUT"_s, u"{Session=LOGOUT}"_s);
+        QCOMPARE(loads.size(), 2);
+    }
+
+    void refusesFramesOverSixteenMebibytes()
+    {
+        startSession();
+        m_session->SendCommand(u"{Cmd=SetFields}{Table=Scripts}{Script="_s + QString(16 * 1024 * 1024, u'x')
+                               + u'}');
+        m_session->SendCommand(u"{Cmd=Ping}{Handler=Branch}"_s);
+        QVERIFY(waitForCommands(1));
+        QCOMPARE(commands(), QList<QByteArray>{"{Cmd=Ping}{Handler=Branch}"});
+        QCOMPARE(m_session->state(), usrSession::State::Ready);
+    }
+};
+
+QTEST_GUILESS_MAIN(CommandsSentTest)
+#include "tst_commandssent.moc"
