@@ -1,0 +1,223 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "directorypage.h"
+
+#include "directorymodel.h"
+#include "errorlog.h"
+#include "propertywindows.h"
+#include "serverlink.h"
+#include "tagvalue.h"
+#include "translate.h"
+#include "translatewidgets.h"
+#include "utilities.h"
+
+#include <QHBoxLayout>
+#include <QHeaderView>
+#include <QKeyEvent>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QTreeView>
+#include <QVBoxLayout>
+
+#include <algorithm>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+const QString devicesTable = u"Exts"_s;
+const QString clickLabel = u" @ frmMain.DButton_Click"_s;
+enum Button { AddButton, EditButton, RemoveButton };
+} // namespace
+
+DirectoryPage::DirectoryPage(ServerLink &link, PropertyWindows &windows, QWidget *parent)
+    : QWidget(parent),
+      m_link(link),
+      m_windows(windows),
+      m_model(new DirectoryModel(this)),
+      m_proxy(new DirectoryProxyModel(m_model, this)),
+      m_filter(new QLineEdit(this)),
+      m_list(new QTreeView(this))
+{
+    m_filter->setObjectName(u"DirFilter"_s);
+    m_filter->setPlaceholderText(Translate(u"Find a number, name or department"_s));
+    m_filter->setClearButtonEnabled(true);
+    m_filter->installEventFilter(this);
+    connect(m_filter, &QLineEdit::textChanged, m_proxy, &DirectoryProxyModel::setQuickFilter);
+
+    m_list->setObjectName(u"List"_s);
+    m_list->setModel(m_proxy);
+    m_list->setRootIsDecorated(false);
+    m_list->setItemsExpandable(false);
+    m_list->setUniformRowHeights(true); // one row height for all: a list of 100 000 stays quick
+    m_list->setAllColumnsShowFocus(true);
+    m_list->setSelectionMode(QAbstractItemView::ExtendedSelection);
+    m_list->setSelectionBehavior(QAbstractItemView::SelectRows);
+    m_list->setEditTriggers(QAbstractItemView::NoEditTriggers);
+    m_list->setSortingEnabled(true);
+    m_list->sortByColumn(DirectoryModel::ExtColumn, Qt::AscendingOrder);
+    m_list->header()->setSectionsMovable(false);
+    m_list->header()->resizeSection(DirectoryModel::ExtColumn, 90);
+    m_list->header()->resizeSection(DirectoryModel::NameColumn, 200);
+    m_list->header()->resizeSection(DirectoryModel::TypeColumn, 100);
+    m_list->installEventFilter(this);
+    connect(m_list, &QTreeView::doubleClicked, this, [this](const QModelIndex &index) {
+        if (index.isValid())
+            Guard(u" @ frmMain.List_DblClick"_s, [this] { editDevices(); });
+    });
+    connect(m_list->selectionModel(), &QItemSelectionModel::selectionChanged, this, &DirectoryPage::updateButtons);
+    connect(m_proxy, &QAbstractItemModel::modelReset, this, &DirectoryPage::updateButtons);
+    connect(m_proxy, &QAbstractItemModel::rowsRemoved, this, &DirectoryPage::updateButtons);
+    connect(&m_windows, &PropertyWindows::openersChanged, this, &DirectoryPage::updateButtons);
+
+    auto *buttons = new QHBoxLayout;
+    const QString captions[] = {Translate(u"&Add..."_s), Translate(u"&Edit..."_s), Translate(u"&Remove"_s)};
+    for (int index = 0; index < 3; ++index) {
+        auto *button = new QPushButton(captions[index], this);
+        button->setObjectName(u"DButton_%1"_s.arg(index));
+        connect(button, &QPushButton::clicked, this, [this, index] { DButton_Click(index); });
+        buttons->addWidget(button);
+        m_buttons.append(button);
+    }
+    buttons->addStretch();
+
+    auto *layout = new QVBoxLayout(this);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->addWidget(m_filter);
+    layout->addWidget(m_list, 1);
+    layout->addLayout(buttons);
+    updateButtons();
+}
+
+QPushButton *DirectoryPage::button(int index) const
+{
+    return m_buttons.value(index);
+}
+
+void DirectoryPage::fill(const QString &message)
+{
+    m_model->fill(message);
+}
+
+void DirectoryPage::clear()
+{
+    m_model->clear();
+}
+
+bool DirectoryPage::updateDevice(const QString &id, const QString &record)
+{
+    return m_model->updateEntry(id, record);
+}
+
+QList<int> DirectoryPage::selectedSourceRows() const
+{
+    QModelIndexList selected = m_list->selectionModel()->selectedRows(DirectoryModel::ExtColumn);
+    std::sort(selected.begin(), selected.end(),
+              [](const QModelIndex &a, const QModelIndex &b) { return a.row() < b.row(); });
+    QList<int> rows;
+    rows.reserve(selected.size());
+    for (const QModelIndex &index : std::as_const(selected))
+        rows.append(m_proxy->mapToSource(index).row());
+    return rows;
+}
+
+QStringList DirectoryPage::selectedIds() const
+{
+    QStringList ids;
+    for (int row : selectedSourceRows())
+        ids.append(TagValueText(GetId(m_model->entry(row).key())));
+    return ids;
+}
+
+void DirectoryPage::DButton_Click(int index)
+{
+    Guard(clickLabel, [&] {
+        switch (index) {
+        case AddButton:
+            addDevice();
+            break;
+        case EditButton:
+            editDevices();
+            break;
+        case RemoveButton:
+            removeDevices();
+            break;
+        default:
+            break;
+        }
+    });
+}
+
+void DirectoryPage::addDevice()
+{
+    if (m_windows.canOpen(devicesTable))
+        m_windows.open(devicesTable, u"-1"_s, window());
+}
+
+void DirectoryPage::editDevices()
+{
+    const QStringList ids = selectedIds();
+    if (ids.isEmpty() || !m_windows.canOpen(devicesTable))
+        return;
+    if (ids.size() > EditWarningCount) {
+        const auto answer = TranslateMsgBox(u"It is recommended that you do not edit more than <1> extensions at "
+                                            u"a time.  Are you sure you wish to continue?"_s,
+                                            QMessageBox::Yes | QMessageBox::No, QString::number(EditWarningCount));
+        if (answer != QMessageBox::Yes)
+            return;
+    }
+    m_windows.open(devicesTable, ids.join(u','), window());
+}
+
+void DirectoryPage::removeDevices()
+{
+    const QList<int> rows = selectedSourceRows();
+    if (rows.isEmpty())
+        return;
+    if (TranslateMsgBox(u"Are you sure you want to remove the selected users?"_s, QMessageBox::Yes | QMessageBox::No)
+        != QMessageBox::Yes)
+        return;
+    QStringList ids;
+    ids.reserve(rows.size());
+    for (int row : rows)
+        ids.append(TagValueText(GetId(m_model->entry(row).key())));
+    QString command = u"{Cmd=Delete}{Table=Exts}"_s;
+    AddVar(command, u"Id"_s, ids.join(u','));
+    m_link.SendCommand(command);
+    // The rows go at once, so nothing can be edited or removed twice while the server works; the
+    // fresh list that follows shows what the server really holds (a refused removal comes back).
+    m_model->removeEntries(rows);
+    m_link.GetData(u"MAIN-EXTS"_s);
+}
+
+void DirectoryPage::updateButtons()
+{
+    const bool windowThere = m_windows.canOpen(devicesTable);
+    const bool anySelected = m_list->selectionModel()->hasSelection();
+    const QString tip = windowThere ? QString() : PropertyWindows::unavailableTip();
+    m_buttons[AddButton]->setEnabled(windowThere);
+    m_buttons[AddButton]->setToolTip(tip);
+    m_buttons[EditButton]->setEnabled(windowThere && anySelected);
+    m_buttons[EditButton]->setToolTip(tip);
+    m_buttons[RemoveButton]->setEnabled(anySelected);
+}
+
+bool DirectoryPage::eventFilter(QObject *watched, QEvent *event)
+{
+    if (event->type() != QEvent::KeyPress)
+        return QWidget::eventFilter(watched, event);
+    const int key = static_cast<QKeyEvent *>(event)->key();
+    if (watched == m_filter && key == Qt::Key_Escape && !m_filter->text().isEmpty()) {
+        m_filter->clear();
+        return true;
+    }
+    if (watched == m_list && (key == Qt::Key_Return || key == Qt::Key_Enter)) {
+        if (m_buttons[EditButton]->isEnabled())
+            DButton_Click(EditButton);
+        return true;
+    }
+    if (watched == m_list && key == Qt::Key_Delete) {
+        if (m_buttons[RemoveButton]->isEnabled())
+            DButton_Click(RemoveButton);
+        return true;
+    }
+    return QWidget::eventFilter(watched, event);
+}
