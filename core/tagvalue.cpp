@@ -3,7 +3,9 @@
 
 #include "errorlog.h"
 
-#include <QByteArray>
+#include <QVarLengthArray>
+
+#include <charconv>
 
 #include <cmath>
 #include <limits>
@@ -30,6 +32,22 @@ qsizetype toLength(double length)
     if (length >= double(std::numeric_limits<qsizetype>::max() / 2))
         return std::numeric_limits<qsizetype>::max() / 2;
     return qsizetype(std::nearbyint(length));
+}
+
+// How many digits stand before the point from the first significant one ("123.4" gives 3, "0.5"
+// gives 0, "0.05" gives -1), moved by exponent: enough to tell a number too big for a double from
+// one too small.
+qint64 decimalMagnitude(QByteArrayView mantissa, qint64 exponent)
+{
+    qsizetype point = mantissa.indexOf('.');
+    if (point < 0)
+        point = mantissa.size();
+    qsizetype first = 0;
+    while (first < mantissa.size() && (mantissa[first] == '0' || mantissa[first] == '.'))
+        ++first;
+    if (first == mantissa.size()) // all zeros: zero, however large the exponent
+        return std::numeric_limits<qint64>::min();
+    return (first < point ? point - first : point - first + 1) + exponent;
 }
 
 QString sizedNeedle(QStringView name)
@@ -88,19 +106,23 @@ double LeadingNumber(QStringView text, qsizetype *consumed)
     const qsizetype n = text.size();
     while (i < n && (text[i] == u' ' || text[i] == u'\t'))
         ++i;
-    QByteArray digits;
+    bool negative = false;
     if (i < n && (text[i] == u'+' || text[i] == u'-'))
-        digits += char(text[i++].unicode());
+        negative = text[i++] == u'-';
+    // The characters go to a small buffer read by std::from_chars, which ignores the C locale:
+    // QCoreApplication applies the user's locale, and strtod would then stop at the "." of
+    // "12.5" for a German user. The buffer lives on the stack for all but freak lengths.
+    QVarLengthArray<char, 64> digits;
     bool anyDigit = false;
     bool point = false;
     for (; i < n; ++i) {
         const QChar c = text[i];
         if (isDigit(c)) {
             anyDigit = true;
-            digits += char(c.unicode());
+            digits.append(char(c.unicode()));
         } else if (c == u'.' && !point) {
             point = true;
-            digits += '.';
+            digits.append('.');
         } else {
             break;
         }
@@ -110,25 +132,40 @@ double LeadingNumber(QStringView text, qsizetype *consumed)
             *consumed = 0;
         return 0;
     }
+    const qsizetype mantissaSize = digits.size();
     // An exponent counts only when digits follow it.
+    qint64 exponent = 0;
     if (i < n && (text[i] == u'e' || text[i] == u'E')) {
         qsizetype j = i + 1;
-        QByteArray exponent = "e";
+        const bool negativeExponent = j < n && text[j] == u'-';
         if (j < n && (text[j] == u'+' || text[j] == u'-'))
-            exponent += char(text[j++].unicode());
+            ++j;
         const qsizetype firstExponentDigit = j;
-        while (j < n && isDigit(text[j]))
-            exponent += char(text[j++].unicode());
+        while (j < n && isDigit(text[j])) {
+            exponent = qMin<qint64>(exponent * 10 + (text[j].unicode() - u'0'), 1000000000);
+            ++j;
+        }
         if (j > firstExponentDigit) {
-            digits += exponent;
+            digits.append('e');
+            if (negativeExponent)
+                digits.append('-');
+            for (qsizetype k = firstExponentDigit; k < j; ++k)
+                digits.append(char(text[k].unicode()));
+            if (negativeExponent)
+                exponent = -exponent;
             i = j;
         }
     }
     if (consumed)
         *consumed = i;
-    const double value = std::strtod(digits.constData(), nullptr);
-    return std::isfinite(value) ? value : (value > 0 ? std::numeric_limits<double>::max()
-                                                     : std::numeric_limits<double>::lowest());
+    double value = 0;
+    const std::from_chars_result read = std::from_chars(digits.constData(), digits.constData() + digits.size(), value);
+    if (read.ec == std::errc::result_out_of_range) // too big saturates, too small is zero
+        value = decimalMagnitude(QByteArrayView(digits.constData(), mantissaSize), exponent) > 0
+            ? std::numeric_limits<double>::max() : 0.0;
+    else if (read.ec != std::errc())
+        value = 0;
+    return negative ? -value : value;
 }
 
 QChar TagTypeLetter(const QVariant &value)
@@ -238,8 +275,9 @@ QVariant ReadEntry(QStringView vars, const EntryRef &ref)
 
 QString NameAtIndex(QStringView vars, int index, bool *found)
 {
-    int remaining = index;
-    int depth = 0;
+    // A number of 1 or less reads the first entry; counting down from far below would overflow.
+    int remaining = qMax(index, 1);
+    qsizetype depth = 0;
     for (qsizetype i = 0; i < vars.size(); ++i) {
         if (vars[i] == u'{') {
             if (++depth == 1 && --remaining <= 0) {
