@@ -1,0 +1,342 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// The command catalogue against quillserverd over a real loopback session.
+#include "serverharness.h"
+#include "tagvalue.h"
+
+#include <QFile>
+#include <QTest>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+const QString adminUser = u"admin"_s;
+const QString adminPassword = u"quay-side 42"_s;
+
+QString record(const QList<std::pair<QString, QVariant>> &fields)
+{
+    QString text;
+    for (const auto &[name, value] : fields)
+        AddVar(text, name, value);
+    return text;
+}
+
+QString setFields(const QString &table, const QString &fields, const QString &id)
+{
+    QString command = u"{Cmd=SetFields}{Table="_s + table + u'}';
+    AddVar(command, u"Fields"_s, fields);
+    AddVar(command, u"Id"_s, id);
+    return command;
+}
+
+QStringList rows(const QString &reply)
+{
+    QStringList result;
+    const int count = GetVar(reply, u"ListCount"_s).toInt();
+    for (int i = 1; i <= count; ++i)
+        result.append(GetText(reply, u"List"_s + QString::number(i)));
+    return result;
+}
+
+QStringList column(const QString &reply, const QString &field)
+{
+    QStringList values;
+    for (const QString &row : rows(reply))
+        values.append(GetText(row, field));
+    return values;
+}
+
+} // namespace
+
+class tst_ServerCommands : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void initTestCase();
+    void init();
+    void cleanup();
+
+    void getListOrdersRowsCountsThemAndAnswersEmptyTables();
+    void getFieldsReadsOneRecordOrMarksDifferencesAcrossSeveral();
+    void setFieldsMergesAndKeepsFieldsNotSent();
+    void newRecordsAndDevicesWhoseExtExists();
+    void deleteRemovesExactlyTheNamedRecords();
+    void systemBlocksRoutingOrderRebuildAndPing();
+
+private:
+    QString request(const QString &command) { return m_client->request(command); }
+    void send(const QString &command) { m_client->send(command); }
+    QString createDevice(const QString &ext, const QList<std::pair<QString, QVariant>> &fields);
+    QString deviceList(const QString &sort);
+
+    QTemporaryDir m_templateDir;
+    QString m_template;
+    std::unique_ptr<ServerProcess> m_server;
+    std::unique_ptr<RawClient> m_client;
+};
+
+void tst_ServerCommands::initTestCase()
+{
+    // One account, hashed once; every test starts from a copy of this empty database.
+    m_template = m_templateDir.filePath(u"template.sqlite"_s);
+    ServerProcess setup(m_template);
+    QVERIFY(setup.addUser(adminUser, adminPassword));
+}
+
+void tst_ServerCommands::init()
+{
+    m_server = std::make_unique<ServerProcess>();
+    QVERIFY(QFile::copy(m_template, m_server->dbFile()));
+    QVERIFY(m_server->start());
+    m_client = std::make_unique<RawClient>();
+    QVERIFY(m_client->open(m_server->url()));
+    QVERIFY(m_client->logIn(adminUser, adminPassword));
+}
+
+void tst_ServerCommands::cleanup()
+{
+    m_client.reset();
+    QVERIFY(m_server->stop());
+    m_server.reset();
+}
+
+QString tst_ServerCommands::createDevice(const QString &ext, const QList<std::pair<QString, QVariant>> &fields)
+{
+    QList<std::pair<QString, QVariant>> all = {{u"Ext"_s, ext}};
+    all += fields;
+    send(setFields(u"Exts"_s, record(all), u"-1"_s));
+    const QString list = request(u"{Cmd=GetList}{Table=Exts}{Fields=Id,Ext}{Sort=Id}"_s);
+    for (const QString &row : rows(list)) {
+        if (GetText(row, u"Ext"_s) == ext)
+            return GetText(row, u"Id"_s);
+    }
+    return {};
+}
+
+QString tst_ServerCommands::deviceList(const QString &sort)
+{
+    return request(u"{Cmd=GetList}{Table=Exts}{Ref=MAIN-EXTS}{Fields=ExtensionId,Id,Ext,Name,Type,Dept}{Sort="_s + sort + u'}');
+}
+
+void tst_ServerCommands::getListOrdersRowsCountsThemAndAnswersEmptyTables()
+{
+    // A table with nothing in it: ListCount 0 and no rows, still under the command's Ref.
+    const QString empty = request(u"{Cmd=GetList}{Table=Routing}{Ref=MAIN-ROUTING}{Fields=RoutingId,Id,Name,Order,Options}{Sort=Order}"_s);
+    QVERIFY(empty.startsWith(u"{Ref"_s));
+    QCOMPARE(GetText(empty, u"Ref"_s), u"MAIN-ROUTING"_s);
+    QCOMPARE(GetVar(empty, u"ListCount"_s).toInt(), 0);
+    QVERIFY(!empty.contains(u"{List1("_s));
+
+    createDevice(u"10"_s, {{u"Name"_s, u"bravo"_s}, {u"Type"_s, u"EXT"_s}, {u"Dept"_s, u"Sales"_s}});
+    createDevice(u"9"_s, {{u"Name"_s, u"Alpha"_s}, {u"Type"_s, u"EXT"_s}});
+    createDevice(u"100"_s, {{u"Name"_s, u"charlie"_s}, {u"Type"_s, u"TRUNK"_s}, {u"Dept"_s, u"Lines"_s}});
+    createDevice(u"ABD"_s, {{u"Name"_s, u"Alpha"_s}, {u"Type"_s, u"SPEED"_s}});
+    createDevice(u"abc"_s, {{u"Name"_s, u"Delta"_s}, {u"Type"_s, u"AGENT"_s}});
+
+    // Numbers by value (9 before 10 before 100), then text without regard to case.
+    const QString byExt = deviceList(u"Ext"_s);
+    QCOMPARE(GetText(byExt, u"Ref"_s), u"MAIN-EXTS"_s);
+    QCOMPARE(GetVar(byExt, u"ListCount"_s).toInt(), 5);
+    QCOMPARE(column(byExt, u"Ext"_s), (QStringList{u"9"_s, u"10"_s, u"100"_s, u"abc"_s, u"ABD"_s}));
+    // The id aliases give the record id; a field the record lacks is left out of its row.
+    for (const QString &row : rows(byExt)) {
+        QCOMPARE(GetText(row, u"ExtensionId"_s), GetText(row, u"Id"_s));
+        QVERIFY(!GetText(row, u"Id"_s).isEmpty());
+    }
+    QVERIFY(!rows(byExt).at(0).contains(u"{Dept("_s, Qt::CaseInsensitive));
+    QCOMPARE(GetText(rows(byExt).at(1), u"Dept"_s), u"Sales"_s);
+
+    // Equal names keep id order; the sort field is matched without regard to case.
+    const QString byName = deviceList(u"name"_s);
+    QCOMPARE(column(byName, u"Name"_s), (QStringList{u"Alpha"_s, u"Alpha"_s, u"bravo"_s, u"charlie"_s, u"Delta"_s}));
+    QCOMPARE(column(byName, u"Ext"_s).mid(0, 2), (QStringList{u"9"_s, u"ABD"_s}));
+
+    // Nested records come back as nested entries.
+    send(setFields(u"Scripts"_s, record({{u"Name"_s, u"Zeta"_s}, {u"Options"_s, record({{u"Language"_s, u"VBScript"_s}})}}), u"-1"_s));
+    send(setFields(u"Scripts"_s, record({{u"Name"_s, u"alpha"_s}}), u"-1"_s));
+    const QString scripts = request(u"{Cmd=GetList}{Table=Scripts}{Ref=MAIN-SCRIPTS}{Fields=ScriptId,Id,Name,Options}{Sort=Name}"_s);
+    QCOMPARE(column(scripts, u"Name"_s), (QStringList{u"alpha"_s, u"Zeta"_s}));
+    QCOMPARE(GetText(GetText(rows(scripts).at(1), u"Options"_s), u"Language"_s), u"VBScript"_s);
+}
+
+void tst_ServerCommands::getFieldsReadsOneRecordOrMarksDifferencesAcrossSeveral()
+{
+    const QString a = createDevice(u"201"_s, {{u"Name"_s, u"Ann"_s}, {u"Dept"_s, u"Sales"_s}, {u"CanDial"_s, u"1"_s}, {u"Notes"_s, u"keys"_s}});
+    const QString b = createDevice(u"202"_s, {{u"Name"_s, u"Bob"_s}, {u"Dept"_s, u"Sales"_s}, {u"CanDial"_s, u"1"_s}});
+    const QString c = createDevice(u"203"_s, {{u"Name"_s, u"Cy"_s}, {u"Dept"_s, u"Sales"_s}, {u"CanDial"_s, u"1"_s}, {u"Limit"_s, 12.5}});
+
+    // One device: the asked fields as top-level entries, with the type letters they were stored with.
+    QString one = u"{Cmd=GetFields}{Table=Exts}{Fields=Ext,Name,Limit,Privacy}{Ref=EXTS-EXT}"_s;
+    AddVar(one, u"Id"_s, c);
+    const QString single = request(one);
+    QCOMPARE(GetText(single, u"Ref"_s), u"EXTS-EXT"_s);
+    QCOMPARE(GetText(single, u"Name"_s), u"Cy"_s);
+    QVERIFY(single.contains(u"{Limit(N4)=12.5}"_s));
+    QVERIFY(!single.contains(u"Privacy"_s)); // never stored: left out
+
+    // Several devices at once: one row; differing fields (or fields some lack) hold " ".
+    QString several = u"{Cmd=GetFields}{Table=Exts}{Fields=Name,Dept,CanDial,Notes,Privacy}{Ref=EXTS-EXT}"_s;
+    AddVar(several, u"Id"_s, QStringList{a, b, c}.join(u','));
+    const QString mixed = request(several);
+    QCOMPARE(GetText(mixed, u"Name"_s), u" "_s);
+    QCOMPARE(GetText(mixed, u"Dept"_s), u"Sales"_s);
+    QCOMPARE(GetText(mixed, u"CanDial"_s), u"1"_s);
+    QCOMPARE(GetText(mixed, u"Notes"_s), u" "_s);
+    QVERIFY(!mixed.contains(u"Privacy"_s));
+
+    // The read of a device not yet stored answers with the Ref alone.
+    QString fresh = u"{Cmd=GetFields}{Table=Exts}{Fields=Ext,Name,Dept}{Ref=EXTS-EXT}"_s;
+    AddVar(fresh, u"Id"_s, u","_s, true);
+    AddVar(fresh, u"Index"_s, u"Ext"_s);
+    QCOMPARE(request(fresh), u"{Ref(S8)=EXTS-EXT}"_s);
+}
+
+void tst_ServerCommands::setFieldsMergesAndKeepsFieldsNotSent()
+{
+    const QString a = createDevice(u"301"_s, {{u"Name"_s, u"Dee"_s}, {u"Dept"_s, u"Accounts"_s}, {u"Notes"_s, u"line 1\nline 2"_s}, {u"Privacy"_s, u"1"_s}});
+    const QString b = createDevice(u"302"_s, {{u"Name"_s, u"Eve"_s}, {u"Dept"_s, u"Accounts"_s}});
+    const QString c = createDevice(u"303"_s, {{u"Name"_s, u"Fay"_s}, {u"Dept"_s, u"Accounts"_s}});
+
+    send(setFields(u"Exts"_s, record({{u"Name"_s, u"Dee Walsh"_s}}), a));
+    QString read = u"{Cmd=GetFields}{Table=Exts}{Fields=Ext,Name,Dept,Notes,Privacy}{Ref=EXTS-EXT}"_s;
+    AddVar(read, u"Id"_s, a);
+    QString reply = request(read);
+    QCOMPARE(GetText(reply, u"Name"_s), u"Dee Walsh"_s);
+    QCOMPARE(GetText(reply, u"Ext"_s), u"301"_s);
+    QCOMPARE(GetText(reply, u"Dept"_s), u"Accounts"_s);
+    QCOMPARE(GetText(reply, u"Notes"_s), u"line 1\nline 2"_s);
+    QCOMPARE(GetText(reply, u"Privacy"_s), u"1"_s);
+
+    // A field sent empty (with the always-write flag) is cleared; the others stay.
+    QString clear;
+    AddVar(clear, u"Notes"_s, QString(), true);
+    send(setFields(u"Exts"_s, clear, a));
+    reply = request(read);
+    QVERIFY(!reply.contains(u"Notes"_s));
+    QCOMPARE(GetText(reply, u"Privacy"_s), u"1"_s);
+
+    // Several ids: each device takes the fields sent and keeps its own name.
+    send(setFields(u"Exts"_s, record({{u"Dept"_s, u"Finance"_s}}), a + u',' + b));
+    const QString list = deviceList(u"Ext"_s);
+    QCOMPARE(column(list, u"Dept"_s), (QStringList{u"Finance"_s, u"Finance"_s, u"Accounts"_s}));
+    QCOMPARE(column(list, u"Name"_s), (QStringList{u"Dee Walsh"_s, u"Eve"_s, u"Fay"_s}));
+    Q_UNUSED(c);
+
+    // Script 7 of the example: stored as sent, and an empty record keeps what is there.
+    for (int i = 0; i < 7; ++i)
+        send(setFields(u"Scripts"_s, record({{u"Name"_s, QString(u"s"_s + QString::number(i))}}), u"-1"_s));
+    send(u"{Cmd=SetFields}{Table=Scripts}{Fields(S33)={Name(S5)=Daily}{Script(S4)=Beep}}{Id(S1)=7}"_s);
+    send(u"{Cmd=SetFields}{Table=Scripts}{Id(S1)=7}"_s);
+    const QString script = request(u"{Cmd=GetFields}{Table=Scripts}{Id=7}{Fields=ScriptId,Id,Name,Options,Script}{Ref=SCRIPTS-SCRIPT}"_s);
+    QCOMPARE(GetText(script, u"Name"_s), u"Daily"_s);
+    QCOMPARE(GetText(script, u"Script"_s), u"Beep"_s);
+    QCOMPARE(GetVar(script, u"ScriptId"_s).toInt(), 7);
+}
+
+void tst_ServerCommands::newRecordsAndDevicesWhoseExtExists()
+{
+    const QString first = createDevice(u"401"_s, {{u"Name"_s, u"Gil"_s}, {u"Dept"_s, u"IT"_s}, {u"Mobile"_s, u"07700900401"_s}});
+    const QString second = createDevice(u"402"_s, {{u"Name"_s, u"Hal"_s}});
+    QVERIFY(!first.isEmpty());
+    QVERIFY(second.toInt() > first.toInt());
+
+    // Id -1 with a number that exists updates that device instead of adding another.
+    send(setFields(u"Exts"_s, record({{u"Ext"_s, u"401"_s}, {u"Name"_s, u"Gil Evans"_s}}), u"-1"_s));
+    QString list = deviceList(u"Ext"_s);
+    QCOMPARE(GetVar(list, u"ListCount"_s).toInt(), 2);
+    QString read = u"{Cmd=GetFields}{Table=Exts}{Fields=Name,Dept,Mobile}{Ref=EXTS-EXT}"_s;
+    AddVar(read, u"Id"_s, first);
+    const QString reply = request(read);
+    QCOMPARE(GetText(reply, u"Name"_s), u"Gil Evans"_s);
+    QCOMPARE(GetText(reply, u"Mobile"_s), u"07700900401"_s);
+
+    // A new device without a number, and an edit that takes another device's number, are refused.
+    send(setFields(u"Exts"_s, record({{u"Name"_s, u"Nobody"_s}}), u"-1"_s));
+    send(setFields(u"Exts"_s, record({{u"Ext"_s, u"401"_s}}), second));
+    list = deviceList(u"Ext"_s);
+    QCOMPARE(column(list, u"Ext"_s), (QStringList{u"401"_s, u"402"_s}));
+    QCOMPARE(column(list, u"Name"_s), (QStringList{u"Gil Evans"_s, u"Hal"_s}));
+
+    // Other tables: every Id -1 is a new record with a new id.
+    send(setFields(u"AB"_s, record({{u"Name"_s, u"Customers"_s}, {u"Type"_s, u"ODBC"_s}}), u"-1"_s));
+    send(setFields(u"AB"_s, record({{u"Name"_s, u"Customers"_s}, {u"Type"_s, u"ODBC"_s}}), u"-1"_s));
+    const QString books = request(u"{Cmd=GetList}{Table=Ab}{Ref=MAIN-AB}{Fields=ABId,Id,Type,Name}{Sort=Name}"_s);
+    QCOMPARE(GetVar(books, u"ListCount"_s).toInt(), 2);
+    QVERIFY(GetText(rows(books).at(0), u"ABId"_s) != GetText(rows(books).at(1), u"ABId"_s));
+}
+
+void tst_ServerCommands::deleteRemovesExactlyTheNamedRecords()
+{
+    QStringList ids;
+    for (int ext = 501; ext <= 505; ++ext)
+        ids.append(createDevice(QString::number(ext), {{u"Name"_s, QString(u"Device "_s + QString::number(ext))}}));
+
+    QString command = u"{Cmd=Delete}{Table=Exts}"_s;
+    AddVar(command, u"Id"_s, QStringList{ids[1], ids[3], ids[4]}.join(u','));
+    send(command);
+    QCOMPARE(column(deviceList(u"Ext"_s), u"Ext"_s), (QStringList{u"501"_s, u"503"_s}));
+
+    // A deleted record is gone for reads too: no reply, nothing invented.
+    QString read = u"{Cmd=GetFields}{Table=Exts}{Fields=Name}{Ref=EXTS-EXT}"_s;
+    AddVar(read, u"Id"_s, ids[1]);
+    send(read);
+    QCOMPARE(request(u"{Cmd=Ping}{Handler=Branch}"_s), u"{Cmd=PINGECHO}"_s); // the read had no answer
+
+    // Address books are written as "AB" and read as "Ab": one table.
+    send(setFields(u"AB"_s, record({{u"Name"_s, u"Hauliers"_s}}), u"-1"_s));
+    const QString book = GetText(rows(request(u"{Cmd=GetList}{Table=Ab}{Fields=Id,Name}"_s)).value(0), u"Id"_s);
+    QString removeBook = u"{Cmd=Delete}{Table=AB}"_s;
+    AddVar(removeBook, u"Id"_s, book);
+    send(removeBook);
+    QCOMPARE(GetVar(request(u"{Cmd=GetList}{Table=Ab}{Fields=Id,Name}"_s), u"ListCount"_s).toInt(), 0);
+}
+
+void tst_ServerCommands::systemBlocksRoutingOrderRebuildAndPing()
+{
+    // The PBX block travels in Options and comes back nested under GetField.
+    const QString options = record({{u"Name"_s, u"Harbour"_s}, {u"PBX"_s, u"AVAYA ECS"_s}, {u"Comm"_s, u"Tcp/Ip"_s}});
+    QString store = u"{Cmd=SetFields}{Table=System}{Id=PBX}"_s;
+    AddVar(store, u"Fields"_s, record({{u"Options"_s, options}}));
+    send(store);
+    QString features = u"{Cmd=SetFields}{Table=System}{Id=FEATURES}"_s;
+    AddVar(features, u"Fields"_s, record({{u"Options"_s, record({{u"Park"_s, u"*44"_s}})}}));
+    send(features);
+    const QString pbx = request(u"{Cmd=GetField}{Table=System}{Id=PBX}{Field=Options}{Ref=MAIN-PBX}"_s);
+    QCOMPARE(GetText(pbx, u"Ref"_s), u"MAIN-PBX"_s);
+    QCOMPARE(GetText(pbx, u"Options"_s), options);
+    const QString codes = request(u"{Cmd=GetField}{Table=System}{Id=FEATURES}{Field=Options}{Ref=MAIN-FEATURES}"_s);
+    QCOMPARE(GetText(GetText(codes, u"Options"_s), u"Park"_s), u"*44"_s);
+    QVERIFY(!codes.contains(u"AVAYA"_s));
+
+    // Moving a routing condition: two SetField commands swap the orders.
+    send(setFields(u"Routing"_s, record({{u"Order"_s, QVariant(1)}, {u"Name"_s, u"Night"_s}}), u"-1"_s));
+    send(setFields(u"Routing"_s, record({{u"Order"_s, QVariant(2)}, {u"Name"_s, u"Day"_s}}), u"-1"_s));
+    const QString routing = u"{Cmd=GetList}{Table=Routing}{Ref=MAIN-ROUTING}{Fields=RoutingId,Id,Name,Order,Options}{Sort=Order}"_s;
+    const QStringList before = rows(request(routing));
+    QCOMPARE(column(request(routing), u"Name"_s), (QStringList{u"Night"_s, u"Day"_s}));
+    for (int i = 0; i < 2; ++i) {
+        QString move = u"{Cmd=SetField}{Table=Routing}"_s;
+        AddVar(move, u"Id"_s, GetText(before[i], u"Id"_s));
+        AddVar(move, u"Field"_s, u"Order"_s);
+        AddVar(move, u"Value"_s, 2 - i);
+        send(move);
+    }
+    QCOMPARE(column(request(routing), u"Name"_s), (QStringList{u"Day"_s, u"Night"_s}));
+
+    // ABRebuild names the book (by name, as the tool does, or by id) and refreshes its statistics.
+    const QString stats = record({{u"HitRate"_s, QVariant(50)}, {u"Find1"_s, record({{u"Search"_s, u"Bootle"_s}})}});
+    send(setFields(u"AB"_s, record({{u"Name"_s, u"Customers"_s}, {u"Statistics"_s, stats}}), u"-1"_s));
+    send(u"{Cmd=ABRebuild}{Ab=customers}"_s);
+    const QString book = request(u"{Cmd=GetFields}{Table=Ab}{Fields=Name,Type,Options,Statistics}{Ref=AB-AB}{Id=1}"_s);
+    const QString refreshed = GetText(book, u"Statistics"_s);
+    QVERIFY(GetVar(refreshed, u"Rebuilt"_s).toDateTime().isValid());
+    QCOMPARE(GetText(GetText(refreshed, u"Find1"_s), u"Search"_s), u"Bootle"_s);
+    QCOMPARE(GetVar(refreshed, u"HitRate"_s).toDouble(), 50.0);
+
+    QCOMPARE(request(u"{Cmd=Ping}{Handler=Branch}"_s), u"{Cmd=PINGECHO}"_s);
+    QCOMPARE(m_server->refusalLines(), 0);
+}
+
+QTEST_GUILESS_MAIN(tst_ServerCommands)
+#include "tst_servercommands.moc"
