@@ -148,7 +148,18 @@ void Session::disconnected()
 {
     if (m_loggedIn)
         qCInfo(lcServer).noquote() << "session of" << m_user << "from" << m_peer << "closed";
-    if (m_socket->closeCode() == QWebSocketProtocol::CloseCodeTooMuchData)
+    // Closes that the WebSocket layer made itself because of what the client sent.
+    switch (m_socket->closeCode()) {
+    case QWebSocketProtocol::CloseCodeTooMuchData:
         m_server.refuse(u"frame over 16 MiB from "_s + m_peer + u"; connection closed"_s);
+        break;
+    case QWebSocketProtocol::CloseCodeWrongDatatype:
+    case QWebSocketProtocol::CloseCodeProtocolError:
+        if (!m_closing)
+            m_server.refuse(u"bad frame from "_s + m_peer + u" ("_s + m_socket->closeReason().left(60) + u"); connection closed"_s);
+        break;
+    default:
+        break;
+    }
     emit ended(this);
 }

@@ -3,7 +3,9 @@
 
 #include "tagvalue.h"
 
+#include <QEventLoop>
 #include <QRegularExpression>
+#include <QTimer>
 #include <QTest>
 
 using namespace Qt::StringLiterals;
@@ -151,8 +153,17 @@ void RawClient::sendBinary(const QByteArray &bytes)
 
 std::optional<QString> RawClient::next(int timeoutMs)
 {
-    if (m_frames.isEmpty())
-        [[maybe_unused]] const bool arrived = QTest::qWaitFor([&] { return !m_frames.isEmpty() || m_closed; }, timeoutMs);
+    if (m_frames.isEmpty() && !m_closed) {
+        // An event loop that ends on the frame itself: no polling delay per request.
+        QEventLoop loop;
+        QTimer::singleShot(timeoutMs, &loop, &QEventLoop::quit);
+        const auto arrived = connect(&m_socket, &QWebSocket::textMessageReceived, &loop, &QEventLoop::quit,
+                                     Qt::QueuedConnection);
+        const auto closed = connect(&m_socket, &QWebSocket::disconnected, &loop, &QEventLoop::quit, Qt::QueuedConnection);
+        loop.exec();
+        disconnect(arrived);
+        disconnect(closed);
+    }
     if (m_frames.isEmpty())
         return std::nullopt;
     return m_frames.takeFirst();

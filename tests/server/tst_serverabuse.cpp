@@ -1,0 +1,309 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// Bad input of every kind: the server refuses it with one log line each, keeps running and keeps
+// its stored data exactly as it was.
+#include "serverharness.h"
+#include "tagvalue.h"
+
+#include <QRandomGenerator>
+#include <QTcpSocket>
+#include <QTest>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+const QString adminUser = u"admin"_s;
+const QString adminPassword = u"dock gate 5"_s;
+const QString ping = u"{Cmd=Ping}{Handler=Branch}"_s;
+const QString echo = u"{Cmd=PINGECHO}"_s;
+
+QString randomText(QRandomGenerator &random, int length)
+{
+    static const QString alphabet = u"{}()=,SND0123456789-~ CmdTableIdFieldsExts\u00e9\u20ac"_s;
+    QString text;
+    for (int i = 0; i < length; ++i)
+        text += alphabet[random.bounded(int(alphabet.size()))];
+    return text;
+}
+
+// A write built the way the tool builds it: literal start, then Fields and Id with AddVar.
+QString write(const QString &start, const QString &fields, const QVariant &id)
+{
+    QString command = start;
+    AddVar(command, u"Fields"_s, fields);
+    AddVar(command, u"Id"_s, id);
+    return command;
+}
+
+QByteArray randomBytes(QRandomGenerator &random, int length)
+{
+    QByteArray bytes(length, Qt::Uninitialized);
+    for (char &byte : bytes)
+        byte = char(random.bounded(256));
+    return bytes;
+}
+
+// A WebSocket connection made by hand, so that it can send what no well-behaved client would.
+class HandMadeSocket
+{
+public:
+    bool open(const QUrl &url)
+    {
+        m_socket.connectToHost(url.host(), quint16(url.port()));
+        if (!m_socket.waitForConnected(5000))
+            return false;
+        m_socket.write("GET / HTTP/1.1\r\nHost: " + url.host().toUtf8() + "\r\nUpgrade: websocket\r\n"
+                       "Connection: Upgrade\r\nSec-WebSocket-Key: dGhlIHNhbXBsZSBub25jZQ==\r\n"
+                       "Sec-WebSocket-Version: 13\r\n\r\n");
+        QByteArray answer;
+        while (!answer.contains("\r\n\r\n") && m_socket.waitForReadyRead(5000))
+            answer += m_socket.readAll();
+        return answer.startsWith("HTTP/1.1 101");
+    }
+    // One masked frame with the given opcode; the declared length may lie.
+    void sendFrame(quint8 opcode, const QByteArray &payload)
+    {
+        QByteArray frame;
+        frame.append(char(0x80 | opcode));
+        frame.append(char(0x80 | payload.size())); // payloads under 126 bytes here
+        const QByteArray mask = "\x11\x22\x33\x44";
+        frame += mask;
+        for (qsizetype i = 0; i < payload.size(); ++i)
+            frame.append(char(payload[i] ^ mask[i % 4]));
+        m_socket.write(frame);
+        m_socket.flush();
+    }
+    void sendRaw(const QByteArray &bytes)
+    {
+        m_socket.write(bytes);
+        m_socket.flush();
+    }
+    bool waitClosed()
+    {
+        return QTest::qWaitFor([&] { return m_socket.state() == QAbstractSocket::UnconnectedState; }, 5000);
+    }
+    QTcpSocket &socket() { return m_socket; }
+
+private:
+    QTcpSocket m_socket;
+};
+} // namespace
+
+class tst_ServerAbuse : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void initTestCase();
+    void cleanupTestCase();
+
+    void badCommandsAreRefusedWithOneLineEach();
+    void truncatedAndRandomFramesChangeNothing();
+    void oversizeFramesCloseOnlyTheirOwnConnection();
+    void aThousandDroppedConnectionsLeaveTheServerServing();
+
+private:
+    // Every record of every table, with all its fields: what must never change.
+    QStringList snapshot();
+    bool stillServing();
+
+    std::unique_ptr<ServerProcess> m_server;
+    std::unique_ptr<RawClient> m_client;
+    QStringList m_before;
+};
+
+void tst_ServerAbuse::initTestCase()
+{
+    m_server = std::make_unique<ServerProcess>();
+    QVERIFY(m_server->addUser(adminUser, adminPassword));
+    QVERIFY(m_server->start({u"--seed-demo"_s}));
+    m_client = std::make_unique<RawClient>();
+    QVERIFY(m_client->open(m_server->url()));
+    QVERIFY(m_client->logIn(adminUser, adminPassword));
+    m_before = snapshot();
+    QVERIFY(m_before.size() > 200);
+}
+
+void tst_ServerAbuse::cleanupTestCase()
+{
+    m_client.reset();
+    QVERIFY(m_server->isRunning());
+    QVERIFY(m_server->stop());
+}
+
+QStringList tst_ServerAbuse::snapshot()
+{
+    QStringList records;
+    for (const QString &table : {u"Exts"_s, u"Ab"_s, u"Routing"_s, u"Campaigns"_s, u"Scripts"_s}) {
+        const QString list = m_client->request(u"{Cmd=GetList}{Table="_s + table + u"}{Fields=Id}{Sort=Id}"_s);
+        const int count = GetVar(list, u"ListCount"_s).toInt();
+        for (int i = 1; i <= count; ++i) {
+            const QString id = GetText(GetText(list, u"List"_s + QString::number(i)), u"Id"_s);
+            records.append(table + id + m_client->request(u"{Cmd=GetFields}{Table="_s + table + u"}{Id="_s + id + u'}'));
+        }
+    }
+    for (const QString &block : {u"PBX"_s, u"FEATURES"_s})
+        records.append(m_client->request(u"{Cmd=GetFields}{Table=System}{Id="_s + block + u'}'));
+    return records;
+}
+
+bool tst_ServerAbuse::stillServing()
+{
+    if (!m_server->isRunning())
+        return false;
+    RawClient fresh;
+    return fresh.open(m_server->url()) && fresh.logIn(adminUser, adminPassword) && fresh.request(ping) == echo;
+}
+
+void tst_ServerAbuse::badCommandsAreRefusedWithOneLineEach()
+{
+    const QStringList bad = {
+        u"{Cmd=Frobnicate}{Table=Exts}{Id=1}"_s,
+        u"{Cmd=GetList}{Ref=MAIN-EXTS}{Fields=Id,Ext}"_s,
+        u"{Cmd=GetList}{Table=Nowhere}{Fields=Id}"_s,
+        u"{Table=Exts}{Id=1}"_s,
+        QString(),
+        u"hello"_s,
+        write(u"{Cmd=SetFields}{Table=Exts}"_s, u"{Name(S3)=Bob}"_s, {}),           // no Id
+        write(u"{Cmd=SetFields}{Table=Exts}"_s, u"{Name(S3)=Bob}"_s, 99999),        // no such device
+        write(u"{Cmd=SetFields}{Table=Exts}"_s, u"{Name(S3)=Bob}"_s, -1),           // new device, no Ext
+        write(u"{Cmd=SetFields}{Table=Exts}"_s, u"{Ext(S3)=201}"_s, 3),             // another device's Ext
+        write(u"{Cmd=SetFields}{Table=Exts}"_s, u"not a tag"_s, 1),
+        write(u"{Cmd=SetFields}{Table=Exts}"_s, u"{Bad}Name(S1)=x}"_s, 1),
+        write(u"{Cmd=SetFields}{Table=System}{Id=NETWORK}"_s, u"{Options(S3)=x=1}"_s, {}),
+        u"{Cmd=Delete}{Table=Exts}{Id=99998,99999}"_s,
+        u"{Cmd=Delete}{Table=Campaigns}{Id=abc}"_s,
+        u"{Cmd=Delete}{Table=System}{Id=PBX}"_s,
+        u"{Cmd=Delete}{Table=Scripts}"_s,
+        u"{Cmd=SetField}{Table=Routing}{Id=4242}{Field=Order}{Value=1}"_s,
+        u"{Cmd=SetField}{Table=Routing}{Id=1}{Field=Order}"_s,
+        u"{Cmd=GetFields}{Table=Scripts}{Id=777}{Fields=Name}{Ref=SCRIPTS-SCRIPT}"_s,
+        u"{Cmd=GetField}{Table=System}{Id=NETWORK}{Field=Options}{Ref=MAIN-NET}"_s,
+        u"{Cmd=ABRebuild}{Ab=No such book}"_s,
+        u"{Session=Hello}"_s,
+    };
+    int expected = m_server->refusalLines();
+    for (const QString &command : bad) {
+        m_client->send(command);
+        // No reply of any kind: the next frame is the echo of the ping behind it.
+        QCOMPARE(m_client->request(ping), echo);
+        ++expected;
+        QTRY_COMPARE_WITH_TIMEOUT(m_server->refusalLines(), expected, 2000);
+    }
+    m_client->sendBinary(QByteArrayLiteral("{Cmd=Delete}{Table=Exts}{Id=1}"));
+    QCOMPARE(m_client->request(ping), echo);
+    QTRY_COMPARE_WITH_TIMEOUT(m_server->refusalLines(), expected + 1, 2000);
+
+    QCOMPARE(snapshot(), m_before);
+}
+
+void tst_ServerAbuse::truncatedAndRandomFramesChangeNothing()
+{
+    // Writes cut short at every length: each is refused, none changes anything.
+    QString setFields = u"{Cmd=SetFields}{Table=Exts}"_s;
+    AddVar(setFields, u"Fields"_s, u"{Name(S9)=Cut Short}{Notes(S7)=a}b{c}d}"_s);
+    AddVar(setFields, u"Id"_s, 5);
+    const QStringList writes = {
+        setFields,
+        u"{Cmd=Delete}{Table=Exts}{Id(S5)=1,2,3}"_s,
+        u"{Cmd=SetField}{Table=Routing}{Id(S1)=1}{Field(S5)=Order}{Value(N1)=9}"_s,
+    };
+    int expected = m_server->refusalLines();
+    for (const QString &write : writes) {
+        for (qsizetype length = 1; length < write.size(); ++length)
+            m_client->send(write.left(length));
+        expected += int(write.size()) - 1;
+    }
+    QCOMPARE(m_client->request(ping), echo);
+    QTRY_COMPARE_WITH_TIMEOUT(m_server->refusalLines(), expected, 5000);
+
+    // Random text frames: refused one line each.
+    QRandomGenerator random(20240917);
+    for (int i = 0; i < 300; ++i)
+        m_client->send(randomText(random, 1 + random.bounded(120)));
+    expected += 300;
+    QCOMPARE(m_client->request(ping), echo);
+    QTRY_COMPARE_WITH_TIMEOUT(m_server->refusalLines(), expected, 5000);
+
+    // Random bytes below the session: on a bare connection, as a text frame that is not UTF-8,
+    // and as a frame header that promises more than ever comes.
+    for (int i = 0; i < 20; ++i) {
+        QTcpSocket bare;
+        bare.connectToHost(m_server->url().host(), quint16(m_server->url().port()));
+        QVERIFY(bare.waitForConnected(5000));
+        bare.write(randomBytes(random, 1 + random.bounded(400)));
+        bare.flush();
+        QTest::qWait(5);
+        bare.abort();
+    }
+    HandMadeSocket notUtf8;
+    QVERIFY(notUtf8.open(m_server->url()));
+    const int refusalsBefore = m_server->refusalLines();
+    notUtf8.sendFrame(0x1, QByteArray("{Cmd=Delete}{Table=Exts}{Id=1}\xff\xfe", 32));
+    QVERIFY(notUtf8.waitClosed());
+    QTRY_COMPARE_WITH_TIMEOUT(m_server->refusalLines(), refusalsBefore + 1, 2000);
+    HandMadeSocket shortFrame;
+    QVERIFY(shortFrame.open(m_server->url()));
+    shortFrame.sendRaw(QByteArray("\x81\xfe\x10", 3));
+    shortFrame.socket().abort();
+
+    QVERIFY(stillServing());
+    QCOMPARE(snapshot(), m_before);
+}
+
+void tst_ServerAbuse::oversizeFramesCloseOnlyTheirOwnConnection()
+{
+    const int before = m_server->refusalLines();
+    const QString tooBig = u"{Cmd=Delete}{Table=Exts}{Id=1}"_s + QString(17 * 1024 * 1024, u' ');
+
+    // One message in many frames, then one single frame, each over the limit.
+    for (const bool singleFrame : {false, true}) {
+        RawClient greedy;
+        if (singleFrame)
+            greedy.socket().setOutgoingFrameSize(32 * 1024 * 1024);
+        QVERIFY(greedy.open(m_server->url()));
+        QVERIFY(greedy.logIn(adminUser, adminPassword));
+        greedy.send(tooBig);
+        QVERIFY(greedy.waitClosed(20000));
+    }
+    QTRY_COMPARE_WITH_TIMEOUT(m_server->refusalLines(), before + 2, 5000);
+
+    // The session that behaved is still there, and a frame just under the limit is accepted.
+    QCOMPARE(m_client->request(ping), echo);
+    const QString large = u"{Cmd=GetFields}{Table=Exts}{Id=1}{Fields=Ext}{Ref=BIG}"_s + QString(15 * 1024 * 1024, u' ');
+    QCOMPARE(GetText(m_client->request(large), u"Ext"_s), u"200"_s);
+    QCOMPARE(snapshot(), m_before);
+}
+
+void tst_ServerAbuse::aThousandDroppedConnectionsLeaveTheServerServing()
+{
+    const QUrl url = m_server->url();
+    int opened = 0;
+    for (int batch = 0; batch < 20; ++batch) {
+        std::vector<std::unique_ptr<QTcpSocket>> bare;
+        std::vector<std::unique_ptr<QWebSocket>> sockets;
+        for (int i = 0; i < 25; ++i) {
+            bare.push_back(std::make_unique<QTcpSocket>());
+            bare.back()->connectToHost(url.host(), quint16(url.port()));
+            sockets.push_back(std::make_unique<QWebSocket>());
+            sockets.back()->open(url);
+        }
+        QVERIFY(QTest::qWaitFor([&] {
+            return std::all_of(bare.begin(), bare.end(), [](const auto &s) { return s->state() == QAbstractSocket::ConnectedState; })
+                && std::all_of(sockets.begin(), sockets.end(), [](const auto &s) { return s->state() == QAbstractSocket::ConnectedState; });
+        }, 10000));
+        opened += int(bare.size() + sockets.size());
+        for (std::size_t i = 0; i < bare.size(); ++i) {
+            if (i % 2)
+                bare[i]->write("GET / HTTP/1.1\r\nUpgrade: webs"); // a handshake dropped half-way
+            bare[i]->abort();
+            sockets[i]->abort();
+        }
+    }
+    QCOMPARE(opened, 1000);
+    QVERIFY(stillServing());
+    QCOMPARE(m_client->request(ping), echo);
+    QCOMPARE(snapshot(), m_before);
+}
+
+QTEST_GUILESS_MAIN(tst_ServerAbuse)
+#include "tst_serverabuse.moc"

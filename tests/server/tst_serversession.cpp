@@ -1,0 +1,179 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// Log-in and the life of sessions on quillserverd.
+#include "serverharness.h"
+#include "tagvalue.h"
+
+#include <QFile>
+#include <QStandardPaths>
+#include <QTest>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+const QString adminUser = u"admin"_s;
+const QString adminPassword = u"Finch&Harbour-2024"_s;
+const QString wrongPassword = u"finch&harbour-2024"_s;
+} // namespace
+
+class tst_ServerSession : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void initTestCase();
+    void cleanupTestCase();
+
+    void logInAcceptsTheRightPasswordOnly();
+    void framesBeforeLogInAreRefusedAndTheConnectionClosed();
+    void sessionsShareCommittedWritesAndLogOut();
+    void tlsSessionsWork();
+
+private:
+    std::unique_ptr<ServerProcess> m_server;
+};
+
+void tst_ServerSession::initTestCase()
+{
+    m_server = std::make_unique<ServerProcess>();
+    QVERIFY(m_server->addUser(adminUser, adminPassword));
+    QVERIFY(m_server->start());
+    QCOMPARE(m_server->url().scheme(), u"ws"_s);
+    QCOMPARE(m_server->url().host(), u"127.0.0.1"_s);
+}
+
+void tst_ServerSession::cleanupTestCase()
+{
+    QVERIFY(m_server->stop());
+}
+
+void tst_ServerSession::logInAcceptsTheRightPasswordOnly()
+{
+    RawClient good;
+    QVERIFY(good.open(m_server->url()));
+    QVERIFY(good.logIn(adminUser, adminPassword));
+    QCOMPARE(good.request(u"{Cmd=Ping}{Handler=Branch}"_s), u"{Cmd=PINGECHO}"_s);
+
+    // The user name is not case-sensitive; the password is.
+    const int refusalsBefore = m_server->refusalLines();
+    for (const auto &[user, password] : {std::pair{u"ADMIN"_s, wrongPassword}, std::pair{u"nobody"_s, adminPassword}}) {
+        RawClient bad;
+        QVERIFY(bad.open(m_server->url()));
+        QString frame = u"{Session=Login}"_s;
+        AddVar(frame, u"User"_s, user);
+        AddVar(frame, u"Password"_s, password);
+        AddVar(frame, u"App"_s, u"QuillServer Configuration"_s);
+        bad.send(frame);
+        const QString answer = bad.next().value_or(QString());
+        QVERIFY2(answer.startsWith(u"{Session=LOGOUT}"_s), qPrintable(answer));
+        QVERIFY(!GetText(answer, u"Reason"_s).isEmpty());
+        QVERIFY(bad.waitClosed());
+        QVERIFY(!bad.next(200)); // nothing after the LOGOUT
+    }
+    QTRY_COMPARE(m_server->refusalLines(), refusalsBefore + 2);
+
+    RawClient caseless;
+    QVERIFY(caseless.open(m_server->url()));
+    QVERIFY(caseless.logIn(u"Admin"_s, adminPassword));
+
+    // Passwords never reach the log, right or wrong.
+    const QString log = m_server->log();
+    QVERIFY(!log.contains(adminPassword));
+    QVERIFY(!log.contains(wrongPassword, Qt::CaseInsensitive));
+}
+
+void tst_ServerSession::framesBeforeLogInAreRefusedAndTheConnectionClosed()
+{
+    const int refusalsBefore = m_server->refusalLines();
+
+    RawClient early;
+    QVERIFY(early.open(m_server->url()));
+    early.send(u"{Cmd=GetList}{Table=Exts}{Ref=MAIN-EXTS}{Fields=Id,Ext}{Sort=Ext}"_s);
+    QVERIFY(early.waitClosed());
+    QVERIFY(!early.next(100));
+
+    RawClient binary;
+    QVERIFY(binary.open(m_server->url()));
+    binary.sendBinary(QByteArrayLiteral("{Session=Login}"));
+    QVERIFY(binary.waitClosed());
+
+    // A session frame other than the log-in is refused too.
+    RawClient otherKind;
+    QVERIFY(otherKind.open(m_server->url()));
+    otherKind.send(u"{Session=Hello}{User=admin}"_s);
+    QVERIFY(otherKind.waitClosed());
+
+    QTRY_COMPARE(m_server->refusalLines(), refusalsBefore + 3);
+    QVERIFY(m_server->isRunning());
+}
+
+void tst_ServerSession::sessionsShareCommittedWritesAndLogOut()
+{
+    RawClient writer;
+    RawClient reader;
+    QVERIFY(writer.open(m_server->url()));
+    QVERIFY(reader.open(m_server->url()));
+    QVERIFY(writer.logIn(adminUser, adminPassword));
+    QVERIFY(reader.logIn(adminUser, adminPassword));
+
+    QString create = u"{Cmd=SetFields}{Table=Scripts}"_s;
+    AddVar(create, u"Fields"_s, u"{Name(S7)=Shared1}"_s);
+    AddVar(create, u"Id"_s, -1);
+    writer.send(create);
+    QVERIFY(writer.sync());
+    const QString list = reader.request(u"{Cmd=GetList}{Table=Scripts}{Ref=MAIN-SCRIPTS}{Fields=ScriptId,Id,Name,Options}{Sort=Name}"_s);
+    QVERIFY2(list.contains(u"Shared1"_s), qPrintable(list));
+
+    // Data frames never begin as session frames: a script named like one still comes back as data.
+    AddVar(create, u"Fields"_s, u"{Name(S16)={Session=LOGOUT}}"_s);
+    writer.send(create);
+    writer.send(u"{Cmd=GetFields}{Table=Scripts}{Id=2}{Fields=Name}"_s);
+    const QString reply = writer.next().value_or(QString());
+    QVERIFY(!reply.startsWith(u"{Session="_s));
+    QCOMPARE(GetText(reply, u"Name"_s), u"{Session=LOGOUT}"_s);
+
+    // The client may end its session; the other one goes on.
+    writer.send(u"{Session=Logout}"_s);
+    QVERIFY(writer.waitClosed());
+    QCOMPARE(reader.request(u"{Cmd=Ping}{Handler=Branch}"_s), u"{Cmd=PINGECHO}"_s);
+}
+
+void tst_ServerSession::tlsSessionsWork()
+{
+    if (!QSslSocket::supportsSsl())
+        QSKIP("no TLS backend");
+    const QString openssl = QStandardPaths::findExecutable(u"openssl"_s);
+    if (openssl.isEmpty())
+        QSKIP("openssl is needed to make a test certificate");
+    QTemporaryDir dir;
+    const QString cert = dir.filePath(u"cert.pem"_s);
+    const QString key = dir.filePath(u"key.pem"_s);
+    QProcess make;
+    make.start(openssl, {u"req"_s, u"-x509"_s, u"-newkey"_s, u"ec"_s, u"-pkeyopt"_s, u"ec_paramgen_curve:prime256v1"_s,
+                         u"-nodes"_s, u"-keyout"_s, key, u"-out"_s, cert, u"-days"_s, u"2"_s, u"-subj"_s,
+                         u"/CN=127.0.0.1"_s, u"-addext"_s, u"subjectAltName=IP:127.0.0.1"_s});
+    QVERIFY(make.waitForFinished(30000));
+    QCOMPARE(make.exitCode(), 0);
+
+    ServerProcess secure;
+    QVERIFY(QFile::copy(m_server->dbFile(), secure.dbFile())); // the same account
+    QVERIFY(secure.start({u"--tls-cert"_s, cert, u"--tls-key"_s, key}));
+    QCOMPARE(secure.url().scheme(), u"wss"_s);
+
+    RawClient client;
+    QSslConfiguration trust = QSslConfiguration::defaultConfiguration();
+    trust.setCaCertificates(QSslCertificate::fromPath(cert));
+    client.socket().setSslConfiguration(trust);
+    QVERIFY(client.open(secure.url()));
+    QVERIFY(client.logIn(adminUser, adminPassword));
+    QCOMPARE(client.request(u"{Cmd=Ping}{Handler=Branch}"_s), u"{Cmd=PINGECHO}"_s);
+
+    // A plain ws:// client gets nowhere on the TLS port.
+    QUrl plain = secure.url();
+    plain.setScheme(u"ws"_s);
+    RawClient clear;
+    QVERIFY(!clear.open(plain, 3000));
+    QVERIFY(secure.stop());
+}
+
+QTEST_GUILESS_MAIN(tst_ServerSession)
+#include "tst_serversession.moc"
