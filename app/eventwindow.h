@@ -1,11 +1,13 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Stands in for the main window while it is not built: lists each session event as it arrives.
+// Stands in for the main window while it is not built: lists each session event as it arrives,
+// with the main window's duties towards the session (load on READY, close on LOGOUT).
 #pragma once
 
 #include <QMainWindow>
 
 class QPlainTextEdit;
 class ServerLink;
+class SessionEvents;
 
 class EventListWindow : public QMainWindow
 {
@@ -13,6 +15,15 @@ class EventListWindow : public QMainWindow
 public:
     explicit EventListWindow(ServerLink &link, QWidget *parent = nullptr);
 
+    void setProductName(const QString &productName);
+    void setEndsProgram(bool ends) { m_endsProgram = ends; }
+
+protected:
+    void closeEvent(QCloseEvent *event) override;
+
 private:
-    QPlainTextEdit *m_events;
+    ServerLink &m_link;
+    SessionEvents *m_events;
+    QPlainTextEdit *m_list;
+    bool m_endsProgram = false;
 };

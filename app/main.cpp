@@ -12,7 +12,6 @@
 #include <QApplication>
 #include <QFileInfo>
 #include <QLockFile>
-#include <QTimer>
 
 #ifdef QUILL_HAVE_FRMMAIN
 #include "frmMain.h"
@@ -52,29 +51,10 @@ bool UseEmbeddedServerWhenNeeded(usrSession &session, EmbeddedServer &embedded)
     }
     SessionCredentials credentials;
     credentials.server = embedded.url();
-    credentials.token = embedded.createToken();
     session.setCredentials(credentials);
     session.setTokenSource([&embedded] { return embedded.createToken(); });
     return true;
 }
-
-// Ends the program when the window goes away for good (a close that the window refused does not).
-class QuitWhenClosed : public QObject
-{
-public:
-    using QObject::QObject;
-    bool eventFilter(QObject *watched, QEvent *event) override
-    {
-        if (event->type() == QEvent::Close) {
-            auto *window = static_cast<QWidget *>(watched);
-            QTimer::singleShot(0, this, [window] {
-                if (!window->isVisible())
-                    QCoreApplication::quit();
-            });
-        }
-        return false;
-    }
-};
 
 } // namespace
 
@@ -105,19 +85,11 @@ int main(int argc, char *argv[])
         return 1;
 
     ServerLink link(session);
-    SessionEvents events(link);
+    // The main window takes the session's events: READY loads its lists and shows it, LOGOUT
+    // unloads it, and unloading closes the session and ends the program with every other window.
     MainWindow window(link);
-    window.setWindowTitle(Startup::WindowTitle(product));
-    QuitWhenClosed quitWhenClosed;
-    window.installEventFilter(&quitWhenClosed);
-
-    QObject::connect(&session, &usrSession::SessionEvent, &events, &SessionEvents::Sess_SessionEvent);
-    QObject::connect(&events, &SessionEvents::loadStarted, &window, [&window] { window.show(); });
-    // LOGOUT unloads the main window, which ends the program; every other window goes with it.
-    QObject::connect(&events, &SessionEvents::logout, &app, [&window] {
-        window.close();
-        QCoreApplication::quit();
-    });
+    window.setProductName(product); // its title: the translation of "<1> configuration"
+    window.setEndsProgram(true);
     QObject::connect(&app, &QCoreApplication::aboutToQuit, &session, [&session] { session.CloseSession(); });
 
     Guard(u" @ basQSConfig.Main"_s, [&] {

@@ -17,7 +17,7 @@
 
 using namespace Qt::StringLiterals;
 
-Q_LOGGING_CATEGORY(lcSession, "quill.link.session")
+Q_LOGGING_CATEGORY(lcSession, "quill.link.session", QtWarningMsg)
 
 namespace {
 const QString SessionPrefix = u"{Session="_s;

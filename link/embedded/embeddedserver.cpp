@@ -9,9 +9,11 @@
 #include <QLoggingCategory>
 #include <QStandardPaths>
 
+#include <memory>
+
 using namespace Qt::StringLiterals;
 
-Q_LOGGING_CATEGORY(lcEmbedded, "quill.link.embedded")
+Q_LOGGING_CATEGORY(lcEmbedded, "quill.link.embedded", QtWarningMsg)
 
 namespace {
 // Runs work in the server's thread and waits for it: the server and its database connection
@@ -52,25 +54,27 @@ bool EmbeddedServer::start(const QString &databaseFile, QString *error)
             *error = u"cannot create the folder of %1"_s.arg(databaseFile);
         return false;
     }
-    m_server = new QuillServer;
-    m_server->moveToThread(&m_thread);
+    // The server is made, used and destroyed in its own thread; the context object runs work there.
+    m_context = new QObject;
+    m_context->moveToThread(&m_thread);
+    QObject::connect(&m_thread, &QThread::finished, m_context, &QObject::deleteLater);
     m_thread.start();
 
     QString failure;
-    runIn(m_server, [this, &databaseFile, &failure] {
-        if (!m_server->open(databaseFile)) {
-            failure = u"cannot open the database %1"_s.arg(databaseFile);
+    runIn(m_context, [this, &databaseFile, &failure] {
+        auto server = std::make_unique<QuillServer>();
+        if (!server->open(databaseFile, &failure))
             return;
-        }
-        if (m_server->isEmpty())
-            m_server->seedDemo(); // first use: the demo site
-        if (!m_server->listen(QHostAddress::LocalHost, 0)) {
-            failure = u"cannot listen on 127.0.0.1"_s;
+        if (server->isEmpty())
+            server->seedDemo(); // first use: the demo site
+        if (!server->listen(QHostAddress::LocalHost, 0, &failure))
             return;
-        }
-        m_url = m_server->url();
+        m_url = server->url();
+        m_server = server.release();
     });
-    if (!failure.isEmpty()) {
+    if (!m_server) {
+        if (failure.isEmpty())
+            failure = u"the embedded server did not start"_s;
         qCWarning(lcEmbedded) << failure;
         if (error)
             *error = failure;
@@ -83,11 +87,7 @@ bool EmbeddedServer::start(const QString &databaseFile, QString *error)
 
 QString EmbeddedServer::createToken()
 {
-    if (!m_server)
-        return {};
-    QString token;
-    runIn(m_server, [this, &token] { token = m_server->createOneTimeToken(); });
-    return token;
+    return m_server ? m_server->createOneTimeToken() : QString(); // safe from any thread
 }
 
 void EmbeddedServer::stop()
@@ -95,10 +95,12 @@ void EmbeddedServer::stop()
     if (m_server) {
         QuillServer *server = m_server;
         m_server = nullptr;
-        runIn(server, [server] { server->close(); });
-        // Deleted by its own thread as that thread ends, with its sockets and database connection.
-        QObject::connect(&m_thread, &QThread::finished, server, &QObject::deleteLater);
+        runIn(m_context, [server] {
+            server->close();
+            delete server;
+        });
     }
+    m_context = nullptr; // deleted by its thread as the thread ends
     m_thread.quit();
     m_thread.wait();
     m_url.clear();

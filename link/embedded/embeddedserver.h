@@ -35,6 +35,7 @@ public:
 
 private:
     QThread m_thread;
+    QObject *m_context = nullptr;    // lives in m_thread: work for the server is run through it
     QuillServer *m_server = nullptr; // lives in m_thread
     QUrl m_url;
 };

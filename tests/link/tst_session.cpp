@@ -1,0 +1,309 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// The session against the reference server: log-in, wrong passwords, a server that dies and comes
+// back, and frames that only look like session frames.
+#include "errorlog.h"
+#include "logindialog.h"
+#include "tagvalue.h"
+#include "testserver.h"
+#include "usrsession.h"
+
+#include <QApplication>
+#include <QDialogButtonBox>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QSettings>
+#include <QStandardPaths>
+#include <QTemporaryDir>
+#include <QTest>
+#include <QTimer>
+
+#include <functional>
+#include <memory>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+struct Event {
+    QString kind;
+    QString data;
+};
+
+// Everything the session reported, in order.
+class EventLog : public QObject
+{
+public:
+    explicit EventLog(usrSession &session)
+    {
+        connect(&session, &usrSession::SessionEvent, this,
+                [this](const QString &, const QString &kind, const QString &data) { events.append({kind, data}); });
+    }
+    qsizetype count(const QString &kind) const
+    {
+        return std::count_if(events.cbegin(), events.cend(), [&](const Event &e) { return e.kind == kind; });
+    }
+    // The references of the MESSAGE events, in arrival order.
+    QStringList replyRefs() const
+    {
+        QStringList refs;
+        for (const Event &e : events)
+            if (e.kind == u"MESSAGE"_s)
+                refs << GetText(e.data, u"Ref"_s);
+        return refs;
+    }
+    QString reply(const QString &ref) const
+    {
+        for (const Event &e : events)
+            if (e.kind == u"MESSAGE"_s && GetText(e.data, u"Ref"_s) == ref)
+                return e.data;
+        return {};
+    }
+    QList<Event> events;
+};
+
+// Answers the log-in dialog each time it shows, with the next of the given actions; records the
+// reason each one showed.
+class DialogAnswers : public QObject
+{
+public:
+    using Action = std::function<void(LoginDialog *)>;
+    explicit DialogAnswers(QList<Action> actions) : m_actions(std::move(actions))
+    {
+        connect(&m_poll, &QTimer::timeout, this, [this] { answerVisibleDialog(); });
+        m_poll.start(10);
+    }
+    QStringList reasons;
+
+private:
+    void answerVisibleDialog()
+    {
+        for (QWidget *widget : QApplication::topLevelWidgets()) {
+            auto *dialog = qobject_cast<LoginDialog *>(widget);
+            if (!dialog || !dialog->isVisible() || dialog == m_answered || m_actions.isEmpty())
+                continue;
+            m_answered = dialog;
+            reasons << dialog->findChild<QLabel *>(u"reason"_s)->text();
+            m_actions.takeFirst()(dialog);
+        }
+    }
+    QList<Action> m_actions;
+    QTimer m_poll;
+    QPointer<LoginDialog> m_answered;
+};
+
+DialogAnswers::Action typePassword(const QString &password)
+{
+    return [password](LoginDialog *dialog) {
+        auto *field = dialog->findChild<QLineEdit *>(u"password"_s);
+        field->clear();
+        QTest::keyClicks(field, password);
+        QTest::mouseClick(dialog->findChild<QDialogButtonBox *>()->button(QDialogButtonBox::Ok), Qt::LeftButton);
+    };
+}
+
+DialogAnswers::Action cancel()
+{
+    return [](LoginDialog *dialog) {
+        QTest::mouseClick(dialog->findChild<QDialogButtonBox *>()->button(QDialogButtonBox::Cancel), Qt::LeftButton);
+    };
+}
+
+QString readList(const QString &ref)
+{
+    return u"{Cmd=GetList}{Table=Scripts}{Ref="_s + ref + u"}{Fields=ScriptId,Id,Name}{Sort=Name}"_s;
+}
+
+QString storeScript(const QString &name, const QString &text)
+{
+    QString fields;
+    AddVar(fields, u"Name"_s, name);
+    AddVar(fields, u"Script"_s, text);
+    QString command = u"{Cmd=SetFields}{Table=Scripts}"_s;
+    AddVar(command, u"Fields"_s, fields);
+    AddVar(command, u"Id"_s, -1);
+    return command;
+}
+} // namespace
+
+class SessionTest : public QObject
+{
+    Q_OBJECT
+    QTemporaryDir m_dir;
+    TestServer m_server{false}; // no demo data needed: the session is under test
+    std::unique_ptr<usrSession> m_session;
+    std::unique_ptr<EventLog> m_log;
+
+    void makeSession(const QString &password)
+    {
+        m_session = std::make_unique<usrSession>();
+        m_log = std::make_unique<EventLog>(*m_session);
+        m_session->setReconnectTiming(20, 200, 0);
+        m_session->setCredentialsPrompt(PromptForCredentials);
+        SessionCredentials credentials;
+        credentials.server = m_server.url();
+        credentials.user = TestServer::user();
+        credentials.password = password;
+        m_session->setCredentials(credentials);
+    }
+
+private slots:
+    void initTestCase()
+    {
+        QStandardPaths::setTestModeEnabled(true);
+        ErrorLog::SetPath(m_dir.filePath(u"tamsel.log"_s));
+        // The session remembers typed servers; that must land in the test settings, not the user's.
+        QVERIFY(QSettings(u"Tamsel Telecom Ltd"_s, u"QuillConfig"_s).fileName().contains(u"qttest"_s));
+        QSettings(u"Tamsel Telecom Ltd"_s, u"QuillConfig"_s).clear();
+        QString error;
+        QVERIFY2(m_server.start(&error), qPrintable(error));
+    }
+
+    void cleanup()
+    {
+        m_log.reset();
+        m_session.reset();
+    }
+
+    void logsInAndReportsLoginThenReady()
+    {
+        makeSession(TestServer::password());
+        m_session->StartSession(u"QuillServer Configuration"_s, {}, {}, {});
+        QTRY_COMPARE(m_session->state(), usrSession::State::Ready);
+        QCOMPARE(m_log->events.size(), 2);
+        QCOMPARE(m_log->events[0].kind, u"LOGIN"_s);
+        QCOMPARE(m_log->events[1].kind, u"READY"_s);
+
+        m_session->SendCommand(u"{Cmd=Ping}{Handler=Branch}"_s);
+        m_session->SendCommand(readList(u"MAIN-SCRIPTS"_s));
+        QTRY_COMPARE(m_log->count(u"MESSAGE"_s), 2);
+        QVERIFY(m_log->events[2].data.contains(u"PINGECHO"_s));
+        QCOMPARE(m_log->replyRefs().value(1), u"MAIN-SCRIPTS"_s);
+        // Credentials given by the program are not written to the settings.
+        QVERIFY(usrSession::SavedCredentials().server.isEmpty());
+    }
+
+    void aWrongPasswordShowsTheDialogAgainWithTheServersReason()
+    {
+        makeSession(u"not-the-password"_s);
+        DialogAnswers answers({typePassword(u"still-wrong"_s), typePassword(TestServer::password())});
+        m_session->StartSession(u"QuillServer Configuration"_s);
+        QTRY_COMPARE_WITH_TIMEOUT(m_session->state(), usrSession::State::Ready, 20000);
+        QCOMPARE(answers.reasons.size(), 2);
+        QVERIFY(!answers.reasons[0].isEmpty()); // the server said why
+        QCOMPARE(answers.reasons[1], answers.reasons[0]);
+        QCOMPARE(m_log->count(u"READY"_s), 1);
+        QCOMPARE(m_log->count(u"LOGOUT"_s), 0);
+        // What was typed is remembered for next time, except the password.
+        QSettings settings(u"Tamsel Telecom Ltd"_s, u"QuillConfig"_s);
+        QCOMPARE(settings.value(u"Session/Server"_s).toString(), m_server.url().toString());
+        QCOMPARE(settings.value(u"Session/User"_s).toString(), TestServer::user());
+        QVERIFY(!settings.allKeys().join(u' ').contains(u"assword"_s, Qt::CaseInsensitive));
+        settings.clear();
+    }
+
+    void cancellingTheLogInEndsWithLogout()
+    {
+        makeSession(u"wrong"_s);
+        DialogAnswers answers({cancel()});
+        m_session->SendCommand(u"{Cmd=Ping}{Handler=Branch}"_s);
+        m_session->StartSession(u"QuillServer Configuration"_s);
+        QTRY_COMPARE_WITH_TIMEOUT(m_log->count(u"LOGOUT"_s), 1, 20000);
+        QCOMPARE(m_session->state(), usrSession::State::Closed);
+        QCOMPARE(answers.reasons.size(), 1);
+        QCOMPARE(m_log->count(u"READY"_s), 0);
+        QCOMPARE(m_log->count(u"MESSAGE"_s), 0);
+
+        // Without a way to ask, missing credentials end the session the same way.
+        makeSession(QString());
+        m_session->setCredentialsPrompt(nullptr);
+        m_session->StartSession(u"QuillServer Configuration"_s);
+        QTRY_COMPARE(m_log->count(u"LOGOUT"_s), 1);
+    }
+
+    void reconnectsAfterTheServerDiesAndSendsWhatWasQueuedInOrder()
+    {
+        makeSession(TestServer::password());
+        m_session->StartSession(u"QuillServer Configuration"_s);
+        QTRY_COMPARE(m_session->state(), usrSession::State::Ready);
+
+        m_server.kill();
+        QTRY_COMPARE(m_session->state(), usrSession::State::Reconnecting);
+        m_session->SendCommand(storeScript(u"Queued while down"_s, u"Beep"_s));
+        m_session->SendCommand(readList(u"Q-1"_s));
+        m_session->SendCommand(u"{Cmd=GetField}{Table=System}{Id=PBX}{Field=Options}{Ref=Q-2}"_s);
+        m_session->SendCommand(readList(u"Q-3"_s));
+
+        QString error;
+        QVERIFY2(m_server.restart(&error), qPrintable(error));
+        QTRY_COMPARE_WITH_TIMEOUT(m_log->count(u"READY"_s), 2, 20000);
+        QTRY_COMPARE(m_log->replyRefs().size(), 3);
+        QCOMPARE(m_log->replyRefs(), (QStringList{u"Q-1"_s, u"Q-2"_s, u"Q-3"_s}));
+        // The write went out before the read that followed it.
+        QVERIFY(m_log->reply(u"Q-1"_s).contains(u"Queued while down"_s));
+        QCOMPARE(m_log->count(u"LOGOUT"_s), 0);
+        QCOMPARE(m_log->count(u"LOGIN"_s), 2);
+    }
+
+    void givingUpOnAServerThatStaysAwayEndsWithLogout()
+    {
+        makeSession(TestServer::password());
+        QStringList asked;
+        bool keepTrying = true;
+        m_session->setReconnectTiming(10, 40, 3);
+        m_session->setKeepTryingQuestion([&](const QString &reason) {
+            asked << reason;
+            return keepTrying;
+        });
+        m_session->StartSession(u"QuillServer Configuration"_s);
+        QTRY_COMPARE(m_session->state(), usrSession::State::Ready);
+
+        m_server.stop();
+        QTRY_COMPARE_WITH_TIMEOUT(asked.size(), 1, 20000); // "yes, keep trying"
+        keepTrying = false;
+        QTRY_COMPARE_WITH_TIMEOUT(m_log->count(u"LOGOUT"_s), 1, 20000);
+        QCOMPARE(asked.size(), 2);
+        QCOMPARE(m_session->state(), usrSession::State::Closed);
+
+        // Ended for good: once the server is back, a new session gets in but this one stays out.
+        QString error;
+        QVERIFY2(m_server.restart(&error), qPrintable(error));
+        usrSession another;
+        SessionCredentials credentials = m_session->credentials();
+        another.setCredentials(credentials);
+        another.StartSession(u"QuillServer Configuration"_s);
+        QTRY_COMPARE(another.state(), usrSession::State::Ready);
+        QCOMPARE(m_log->count(u"READY"_s), 1);
+        QCOMPARE(m_session->state(), usrSession::State::Closed);
+    }
+
+    void onlyAFrameThatBeginsWithSessionIsASessionEvent()
+    {
+        makeSession(TestServer::password());
+        m_session->StartSession(u"QuillServer Configuration"_s);
+        QTRY_COMPARE(m_session->state(), usrSession::State::Ready);
+
+        m_session->SendCommand(storeScript(u"{Session=LOGOUT}"_s, u"{Session=READY}"_s));
+        m_session->SendCommand(u"{Cmd=GetList}{Table=Scripts}{Ref=LOOKALIKE}{Fields=Name,Script}{Sort=Name}"_s);
+        QTRY_VERIFY(!m_log->reply(u"LOOKALIKE"_s).isEmpty());
+        QVERIFY(m_log->reply(u"LOOKALIKE"_s).contains(u"{Session=READY}"_s));
+        QCOMPARE(m_log->count(u"READY"_s), 1);
+        QCOMPARE(m_log->count(u"LOGOUT"_s), 0);
+        QCOMPARE(m_session->state(), usrSession::State::Ready);
+    }
+
+    void refusesToSendMoreThanSixteenMebibytes()
+    {
+        makeSession(TestServer::password());
+        m_session->StartSession(u"QuillServer Configuration"_s);
+        QTRY_COMPARE(m_session->state(), usrSession::State::Ready);
+
+        m_session->SendCommand(storeScript(u"Oversized"_s, QString(16 * 1024 * 1024, u'x')));
+        m_session->SendCommand(readList(u"AFTER-BIG"_s));
+        QTRY_VERIFY_WITH_TIMEOUT(!m_log->reply(u"AFTER-BIG"_s).isEmpty(), 20000);
+        QVERIFY(!m_log->reply(u"AFTER-BIG"_s).contains(u"Oversized"_s));
+        QCOMPARE(m_session->state(), usrSession::State::Ready);
+    }
+};
+
+QTEST_MAIN(SessionTest)
+#include "tst_session.moc"
