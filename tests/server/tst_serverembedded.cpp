@@ -1,0 +1,160 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// The server library in-process, as the tool embeds it for its demo: one-time tokens, refusals
+// counted, an instance in a worker thread beside another one.
+#include "quillserver.h"
+#include "serverharness.h"
+#include "tagvalue.h"
+
+#include <QLoggingCategory>
+#include <QSignalSpy>
+#include <QTest>
+#include <QThread>
+
+using namespace Qt::StringLiterals;
+
+class tst_ServerEmbedded : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void initTestCase() { QLoggingCategory::setFilterRules(u"quill.server.info=false"_s); }
+    void oneTimeTokensLogInOnce();
+    void refusalsAreCountedAndLeaveDataAlone();
+    void instancesInTwoThreadsKeepTheirOwnData();
+    void tlsSettingsAreCheckedBeforeListening();
+};
+
+void tst_ServerEmbedded::oneTimeTokensLogInOnce()
+{
+    QTemporaryDir dir;
+    QuillServer server;
+    QString error;
+    QVERIFY2(server.open(dir.filePath(u"embedded/demo.sqlite"_s), &error), qPrintable(error)); // folder made on demand
+    QVERIFY(server.listen(QHostAddress::LocalHost, 0, &error));
+    QVERIFY(server.port() != 0);
+    QCOMPARE(server.url(), QUrl(u"ws://127.0.0.1:%1"_s.arg(server.port())));
+
+    const QString token = server.createOneTimeToken();
+    QVERIFY(token.size() >= 32);
+    QVERIFY(server.createOneTimeToken() != token);
+
+    RawClient first;
+    QVERIFY(first.open(server.url()));
+    QVERIFY(first.logInWithToken(token));
+    QCOMPARE(first.request(u"{Cmd=Ping}{Handler=Branch}"_s), u"{Cmd=PINGECHO}"_s);
+
+    // Spent: the same token (or a made-up one) is refused.
+    for (const QString &spent : {token, u"00ff"_s.repeated(16)}) {
+        RawClient again;
+        QVERIFY(again.open(server.url()));
+        QString frame = u"{Session=Login}"_s;
+        AddVar(frame, u"Token"_s, spent);
+        again.send(frame);
+        QVERIFY(again.next().value_or(QString()).startsWith(u"{Session=LOGOUT}"_s));
+        QVERIFY(again.waitClosed());
+    }
+    QCOMPARE(server.refusalCount(), 2);
+
+    // Accounts work in-process too.
+    QVERIFY(server.addUser(u"ops"_s, u"tide table"_s));
+    QVERIFY(!server.addUser(u"nopassword"_s, QString()));
+    RawClient byPassword;
+    QVERIFY(byPassword.open(server.url()));
+    QVERIFY(byPassword.logIn(u"ops"_s, u"tide table"_s));
+}
+
+void tst_ServerEmbedded::refusalsAreCountedAndLeaveDataAlone()
+{
+    QTemporaryDir dir;
+    QuillServer server;
+    QVERIFY(server.open(dir.filePath(u"db.sqlite"_s)));
+    QVERIFY(server.isEmpty());
+    QSignalSpy refusals(&server, &QuillServer::refused);
+
+    QCOMPARE(server.execute(u"{Cmd=SetFields}{Table=Scripts}{Fields(S14)={Name(S3)=One}}{Id=-1}"_s), QString());
+    QCOMPARE(server.execute(u"{Cmd=SetFields}{Table=Scripts}{Fields(S14)={Name(S3)=Two}}{Id=-1}"_s), QString());
+    QVERIFY(!server.isEmpty());
+    QCOMPARE(refusals.count(), 0);
+
+    QCOMPARE(server.execute(u"{Cmd=Explode}{Table=Scripts}"_s), QString());
+    QCOMPARE(refusals.count(), 1);
+    QVERIFY(refusals.at(0).at(0).toString().contains(u"Explode"_s));
+
+    // Ids that exist are deleted, the one that does not is refused in one line.
+    QCOMPARE(server.execute(u"{Cmd=Delete}{Table=Scripts}{Id=1,404}"_s), QString());
+    QCOMPARE(refusals.count(), 2);
+    QVERIFY(refusals.at(1).at(0).toString().contains(u"404"_s));
+    const QString list = server.execute(u"{Cmd=GetList}{Table=Scripts}{Fields=Id,Name}{Sort=Id}"_s);
+    QCOMPARE(GetVar(list, u"ListCount"_s).toInt(), 1);
+    QCOMPARE(GetText(GetText(list, u"List1"_s), u"Name"_s), u"Two"_s);
+    QCOMPARE(server.refusalCount(), 2);
+
+    // A closed server answers nothing and refuses.
+    server.close();
+    QCOMPARE(server.execute(u"{Cmd=Ping}"_s), QString());
+    QCOMPARE(refusals.count(), 3);
+}
+
+void tst_ServerEmbedded::instancesInTwoThreadsKeepTheirOwnData()
+{
+    QTemporaryDir dir;
+    QuillServer here;
+    QVERIFY(here.open(dir.filePath(u"here.sqlite"_s)));
+    QVERIFY(here.listen(QHostAddress::LocalHost, 0));
+
+    // The other instance is created, used and destroyed in its own thread.
+    QThread worker;
+    worker.start();
+    QObject context;
+    context.moveToThread(&worker);
+    QuillServer *there = nullptr;
+    QUrl thereUrl;
+    QString thereToken;
+    QMetaObject::invokeMethod(&context, [&] {
+        there = new QuillServer;
+        if (there->open(dir.filePath(u"there.sqlite"_s)) && there->listen(QHostAddress::LocalHost, 0))
+            thereUrl = there->url();
+        thereToken = there->createOneTimeToken();
+    }, Qt::BlockingQueuedConnection);
+    QVERIFY(thereUrl.isValid());
+
+    RawClient hereClient;
+    RawClient thereClient;
+    QVERIFY(hereClient.open(here.url()));
+    QVERIFY(hereClient.logInWithToken(here.createOneTimeToken()));
+    QVERIFY(thereClient.open(thereUrl));
+    QVERIFY(thereClient.logInWithToken(thereToken));
+
+    hereClient.send(u"{Cmd=SetFields}{Table=Scripts}{Fields(S15)={Name(S4)=Here}}{Id=-1}"_s);
+    thereClient.send(u"{Cmd=SetFields}{Table=Scripts}{Fields(S16)={Name(S5)=There}}{Id=-1}"_s);
+    const QString read = u"{Cmd=GetList}{Table=Scripts}{Fields=Name}{Sort=Name}"_s;
+    const QString hereList = hereClient.request(read);
+    const QString thereList = thereClient.request(read);
+    QCOMPARE(GetVar(hereList, u"ListCount"_s).toInt(), 1);
+    QCOMPARE(GetText(GetText(hereList, u"List1"_s), u"Name"_s), u"Here"_s);
+    QCOMPARE(GetVar(thereList, u"ListCount"_s).toInt(), 1);
+    QCOMPARE(GetText(GetText(thereList, u"List1"_s), u"Name"_s), u"There"_s);
+
+    QMetaObject::invokeMethod(&context, [&] { delete there; }, Qt::BlockingQueuedConnection);
+    QVERIFY(thereClient.waitClosed());
+    worker.quit();
+    QVERIFY(worker.wait(5000));
+    QCOMPARE(hereClient.request(u"{Cmd=Ping}"_s), u"{Cmd=PINGECHO}"_s);
+}
+
+void tst_ServerEmbedded::tlsSettingsAreCheckedBeforeListening()
+{
+    QTemporaryDir dir;
+    QuillServer server;
+    QString error;
+    QVERIFY(!server.setTls(dir.filePath(u"missing.pem"_s), dir.filePath(u"missing.key"_s), &error));
+    QVERIFY(error.contains(u"certificate"_s));
+    QVERIFY(server.open(dir.filePath(u"db.sqlite"_s)));
+    QVERIFY(server.listen(QHostAddress::LocalHost, 0));
+    QCOMPARE(server.url().scheme(), u"ws"_s);
+    QVERIFY(!server.setTls(dir.filePath(u"missing.pem"_s), dir.filePath(u"missing.key"_s), &error));
+    QVERIFY(!server.listen(QHostAddress::LocalHost, 0, &error)); // once is enough
+}
+
+QTEST_GUILESS_MAIN(tst_ServerEmbedded)
+#include "tst_serverembedded.moc"
