@@ -14,6 +14,8 @@
 #include <QPushButton>
 #include <QSettings>
 #include <QStandardPaths>
+#include <QTcpServer>
+#include <QTcpSocket>
 #include <QTemporaryDir>
 #include <QTest>
 #include <QTimer>
@@ -289,6 +291,55 @@ private slots:
         QCOMPARE(m_log->count(u"READY"_s), 1);
         QCOMPARE(m_log->count(u"LOGOUT"_s), 0);
         QCOMPARE(m_session->state(), usrSession::State::Ready);
+    }
+
+    void wssWorksWithTheServersOwnCertificateGivenByCa()
+    {
+        const QString certificate = QFINDTESTDATA("data/tls-cert.pem");
+        const QString key = QFINDTESTDATA("data/tls-key.pem");
+        QVERIFY(!certificate.isEmpty() && !key.isEmpty());
+        QProcess tlsServer;
+        const quint16 port = [] {
+            QTcpServer probe;
+            probe.listen(QHostAddress::LocalHost, 0);
+            return probe.serverPort();
+        }();
+        tlsServer.start(TestServer::executable(),
+                        {u"--listen"_s, u"127.0.0.1:%1"_s.arg(port), u"--db"_s, m_server.databaseFile(),
+                         u"--tls-cert"_s, certificate, u"--tls-key"_s, key});
+        QVERIFY(tlsServer.waitForStarted());
+        QTRY_VERIFY_WITH_TIMEOUT(
+            [port] {
+                QTcpSocket probe;
+                probe.connectToHost(QHostAddress::LocalHost, port);
+                return probe.waitForConnected(200);
+            }(),
+            20000);
+        const QUrl url(u"wss://127.0.0.1:%1"_s.arg(port));
+
+        // Trusted through --ca: logs in over TLS.
+        makeSession(TestServer::password());
+        SessionCredentials credentials = m_session->credentials();
+        credentials.server = url;
+        m_session->setCredentials(credentials);
+        m_session->command = u"--ca \"%1\""_s.arg(certificate);
+        m_session->StartSession(u"QuillServer Configuration"_s);
+        QTRY_COMPARE_WITH_TIMEOUT(m_session->state(), usrSession::State::Ready, 20000);
+        m_session->SendCommand(readList(u"OVER-TLS"_s));
+        QTRY_VERIFY(!m_log->reply(u"OVER-TLS"_s).isEmpty());
+
+        // A self-signed certificate nobody vouched for is not accepted.
+        usrSession untrusting;
+        EventLog untrustingLog(untrusting);
+        untrusting.setReconnectTiming(10, 40, 2);
+        untrusting.setKeepTryingQuestion([](const QString &) { return false; });
+        untrusting.setCredentials(credentials);
+        untrusting.StartSession(u"QuillServer Configuration"_s);
+        QTRY_COMPARE_WITH_TIMEOUT(untrustingLog.count(u"LOGOUT"_s), 1, 20000);
+        QCOMPARE(untrustingLog.count(u"READY"_s), 0);
+
+        tlsServer.terminate();
+        QVERIFY(tlsServer.waitForFinished());
     }
 
     void refusesToSendMoreThanSixteenMebibytes()
