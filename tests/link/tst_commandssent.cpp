@@ -6,6 +6,7 @@
 #include "startup.h"
 #include "usrsession.h"
 
+#include <QSettings>
 #include <QSignalSpy>
 #include <QStandardPaths>
 #include <QTemporaryDir>
@@ -124,6 +125,56 @@ private slots:
         m_session->StartSession(u"Halyard Configuration"_s);
         QTRY_COMPARE(m_session->state(), usrSession::State::Ready);
         QCOMPARE(m_server->frames.value(0), QByteArray("{Session=Login}{Token(S7)=token-1}{App(S21)=Halyard Configuration}"));
+    }
+
+    void credentialsComeFromTheCommandLineThenTheSettingsThenThePrompt()
+    {
+        QSettings settings(u"Tamsel Telecom Ltd"_s, u"QuillConfig"_s);
+        QVERIFY(settings.fileName().contains(u"qttest"_s)); // never the user's own settings
+        settings.clear();
+        QVERIFY(!usrSession::ServerConfigured(QString()));
+        QVERIFY(usrSession::ServerConfigured(u"--server 10.0.0.5:4510"_s));
+
+        const SessionOptions options =
+            SessionOptions::Parse(u"--demo --server=pbx.example:4510 --user \"Jo Smith\" --ca /etc/quill/ca.pem"_s);
+        QCOMPARE(options.server, QUrl(u"ws://pbx.example:4510"_s));
+        QCOMPARE(options.user, u"Jo Smith"_s);
+        QVERIFY(options.demo);
+        QCOMPARE(options.caFile, u"/etc/quill/ca.pem"_s);
+
+        // The settings name server and user; the password is asked for.
+        settings.setValue(u"Session/Server"_s, m_server->url().toString());
+        settings.setValue(u"Session/User"_s, u"saved-user"_s);
+        settings.sync();
+        QVERIFY(usrSession::ServerConfigured(QString()));
+        QList<SessionCredentials> offered;
+        m_session->setCredentialsPrompt([&](SessionCredentials &credentials, const QString &) {
+            offered << credentials;
+            credentials.password = u"pw"_s;
+            return true;
+        });
+        m_session->StartSession(u"QuillServer Configuration"_s);
+        QTRY_COMPARE(m_session->state(), usrSession::State::Ready);
+        QCOMPARE(offered.size(), 1);
+        QCOMPARE(offered[0].server, m_server->url());
+        QCOMPARE(offered[0].user, u"saved-user"_s);
+        QCOMPARE(m_server->frames.value(0).left(37), QByteArray("{Session=Login}{User(S10)=saved-user}"));
+
+        // The command line comes first.
+        cleanup();
+        init();
+        m_session->command = u"--server "_s + m_server->url().toString() + u" --user cli-user"_s;
+        offered.clear();
+        m_session->setCredentialsPrompt([&](SessionCredentials &credentials, const QString &) {
+            offered << credentials;
+            credentials.password = u"pw"_s;
+            return true;
+        });
+        m_session->StartSession(u"QuillServer Configuration"_s);
+        QTRY_COMPARE(m_session->state(), usrSession::State::Ready);
+        QCOMPARE(offered.value(0).user, u"cli-user"_s);
+        QCOMPARE(m_server->frames.value(0).left(35), QByteArray("{Session=Login}{User(S8)=cli-user}{"));
+        settings.clear();
     }
 
     void everyReadKeySendsItsCatalogueTextExactly()
