@@ -68,8 +68,6 @@ bool TestServer::start(QString *error)
     QStringList setup{u"--db"_s, databaseFile(), u"--add-user"_s, user()};
     if (!runOnce(setup, password().toUtf8() + '\n', error))
         return false;
-    if (m_seedDemo && !runOnce({u"--db"_s, databaseFile(), u"--seed-demo"_s}, {}, error))
-        return false;
     m_port = freePort();
     return launch(error);
 }
@@ -82,7 +80,10 @@ bool TestServer::restart(QString *error)
 
 bool TestServer::launch(QString *error)
 {
-    m_process.start(executable(), {u"--listen"_s, u"127.0.0.1:%1"_s.arg(m_port), u"--db"_s, databaseFile()});
+    QStringList arguments{u"--listen"_s, u"127.0.0.1:%1"_s.arg(m_port), u"--db"_s, databaseFile()};
+    if (m_seedDemo)
+        arguments << u"--seed-demo"_s; // fills only an empty database, so every launch may ask
+    m_process.start(executable(), arguments);
     if (!m_process.waitForStarted(10000)) {
         if (error)
             *error = m_process.errorString();
