@@ -115,10 +115,13 @@ double LeadingNumber(QStringView text, qsizetype *consumed)
     QVarLengthArray<char, 64> digits;
     bool anyDigit = false;
     bool point = false;
+    qint64 whole = 0; // the digits as an integer while that is exact: lengths and ids mostly
     for (; i < n; ++i) {
         const QChar c = text[i];
         if (isDigit(c)) {
             anyDigit = true;
+            if (digits.size() < 15)
+                whole = whole * 10 + (c.unicode() - u'0');
             digits.append(char(c.unicode()));
         } else if (c == u'.' && !point) {
             point = true;
@@ -158,6 +161,8 @@ double LeadingNumber(QStringView text, qsizetype *consumed)
     }
     if (consumed)
         *consumed = i;
+    if (!point && digits.size() == mantissaSize && mantissaSize <= 15)
+        return negative ? -double(whole) : double(whole);
     double value = 0;
     const std::from_chars_result read = std::from_chars(digits.constData(), digits.constData() + digits.size(), value);
     if (read.ec == std::errc::result_out_of_range) // too big saturates, too small is zero

@@ -306,6 +306,26 @@ private slots:
             }
             QCOMPARE(ReadList(generated), literalListLoop(generated));
         }
+
+        // Rows out of order, missing, repeated and written in other case, in a reply big enough
+        // for the reader's hash table; a name inside a row's notes is found before its own row.
+        QString shuffled = u"{Ref(S9)=MAIN-EXTS}{ListCount(N3)=300}"_s;
+        QList<int> order;
+        for (int i = 1; i <= 300; ++i)
+            order << (i % 7 == 0 ? 301 - i : i);
+        for (const int i : std::as_const(order)) {
+            QString row;
+            AddVar(row, u"Id"_s, i);
+            if (i == 40)
+                AddVar(row, u"Notes"_s, u"see {List41(S4)=note}"_s);
+            if (i % 50 == 0)
+                continue;
+            QString entry; // each row written on its own, as the server writes them
+            AddVar(entry, (i % 3 ? u"List"_s : u"LIST"_s) + QString::number(i), row);
+            shuffled += entry;
+        }
+        QCOMPARE(ReadList(shuffled), literalListLoop(shuffled));
+        QCOMPARE(ReadList(shuffled).at(40), u"note"_s);
     }
 
     void pathologicalStringsStayCheap()
