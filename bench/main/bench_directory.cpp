@@ -46,7 +46,8 @@ QString extsReply(int devices)
         AddVar(row, u"Type"_s, types[i * 4 / devices]);
         AddVar(row, u"Dept"_s, depts[i % 5]);
         // Appended as written on the wire; AddVar on the growing reply would search it each time.
-        reply += u"{List"_s + QString::number(i + 1) + u"(S"_s + QString::number(row.size()) + u")="_s + row + u'}';
+        reply += u"{List"_s + QString::number(i + 1) + u"(S"_s + QString::number(row.size()) + u")="_s + row +
+                 u'}';
     }
     return reply;
 }
@@ -100,7 +101,8 @@ void fillTreeWidget(QTreeWidget &tree, const QString &reply)
 
 QHash<int, double> baselineSeconds; // by device count, from the baseline benchmark of this run
 
-struct Session {
+struct Session
+{
     usrSession session;
     ServerLink link{session};
     PropertyWindows windows;
@@ -179,7 +181,8 @@ void BM_DirectoryFill(benchmark::State &state)
     state.counters["devices"] = devices;
     state.counters["fill_ms"] = seconds * 1e3;
     state.counters["tree_widget_ms"] = baselineSeconds[devices] * 1e3;
-    state.counters["ratio"] = baselineSeconds[devices] / seconds; // how many times faster than the tree widget
+    state.counters["ratio"] =
+        baselineSeconds[devices] / seconds; // how many times faster than the tree widget
     state.counters["sort_name_ms"] = byName * 1e3;
     state.counters["sort_ext_ms"] = byExt * 1e3;
     state.counters["under_1s"] = seconds < 1.0 ? 1 : 0;

@@ -180,7 +180,8 @@ QList<int> DirectoryModel::computeRanks(int column) const
     std::iota(order.begin(), order.end(), 0);
     if (column == ExtColumn) {
         // A small key per row keeps the sort in the cache; only texts and equal numbers read the row.
-        struct Key {
+        struct Key
+        {
             qint64 number;
             int row;
             bool numeric;
@@ -200,16 +201,17 @@ QList<int> DirectoryModel::computeRanks(int column) const
             order[place] = keys[place].row;
     } else {
         const QList<int> &byNumber = sortRanks(ExtColumn);
-        struct Key {
+        struct Key
+        {
             QString folded;
             int row;
         };
         std::vector<Key> keys(count);
         for (int row = 0; row < count; ++row) {
             const DirectoryEntry &entry = m_entries[row];
-            const QString &text = column == NameColumn ? entry.name
-                : column == DeptColumn                 ? entry.dept
-                                                       : typeName(entry.type);
+            const QString &text = column == NameColumn   ? entry.name
+                                  : column == DeptColumn ? entry.dept
+                                                         : typeName(entry.type);
             keys[row] = {text.toCaseFolded(), row};
         }
         std::sort(keys.begin(), keys.end(), [&byNumber](const Key &a, const Key &b) {
@@ -307,6 +309,7 @@ bool DirectoryProxyModel::filterAcceptsRow(int sourceRow, const QModelIndex &sou
     if (m_filter.isEmpty() || sourceParent.isValid() || sourceModel() != m_directory)
         return true;
     const DirectoryEntry &entry = m_directory->entry(sourceRow);
-    return entry.ext.contains(m_filter, Qt::CaseInsensitive) || entry.name.contains(m_filter, Qt::CaseInsensitive)
-        || entry.dept.contains(m_filter, Qt::CaseInsensitive);
+    return entry.ext.contains(m_filter, Qt::CaseInsensitive) ||
+           entry.name.contains(m_filter, Qt::CaseInsensitive) ||
+           entry.dept.contains(m_filter, Qt::CaseInsensitive);
 }

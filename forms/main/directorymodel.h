@@ -11,14 +11,15 @@
 #include <array>
 
 // One device as the directory shows it.
-struct DirectoryEntry {
-    QString id;          // the record's Id; the row's key is "~" + id
+struct DirectoryEntry
+{
+    QString id; // the record's Id; the row's key is "~" + id
     QString extensionId;
     QString ext;
     QString name;
-    QString type;        // the device kind as stored: "EXT", "AGENT", "SPEED", "TRUNK"
+    QString type; // the device kind as stored: "EXT", "AGENT", "SPEED", "TRUNK"
     QString dept;
-    qint64 number = 0;   // ext as a number, when it is one
+    qint64 number = 0; // ext as a number, when it is one
     bool numeric = false;
 
     void setExt(const QString &text);

@@ -29,12 +29,8 @@ enum Button { AddButton, EditButton, RemoveButton };
 } // namespace
 
 DirectoryPage::DirectoryPage(ServerLink &link, PropertyWindows &windows, QWidget *parent)
-    : QWidget(parent),
-      m_link(link),
-      m_windows(windows),
-      m_model(new DirectoryModel(this)),
-      m_proxy(new DirectoryProxyModel(m_model, this)),
-      m_filter(new QLineEdit(this)),
+    : QWidget(parent), m_link(link), m_windows(windows), m_model(new DirectoryModel(this)),
+      m_proxy(new DirectoryProxyModel(m_model, this)), m_filter(new QLineEdit(this)),
       m_list(new QTreeView(this))
 {
     m_filter->setObjectName(u"DirFilter"_s);
@@ -63,7 +59,8 @@ DirectoryPage::DirectoryPage(ServerLink &link, PropertyWindows &windows, QWidget
         if (index.isValid())
             Guard(u" @ frmMain.List_DblClick"_s, [this] { editDevices(); });
     });
-    connect(m_list->selectionModel(), &QItemSelectionModel::selectionChanged, this, &DirectoryPage::updateButtons);
+    connect(m_list->selectionModel(), &QItemSelectionModel::selectionChanged, this,
+            &DirectoryPage::updateButtons);
     connect(m_proxy, &QAbstractItemModel::modelReset, this, &DirectoryPage::updateButtons);
     connect(m_proxy, &QAbstractItemModel::rowsRemoved, this, &DirectoryPage::updateButtons);
     connect(&m_windows, &PropertyWindows::openersChanged, this, &DirectoryPage::updateButtons);
@@ -158,9 +155,10 @@ void DirectoryPage::editDevices()
     if (ids.isEmpty() || !m_windows.canOpen(devicesTable))
         return;
     if (ids.size() > EditWarningCount) {
-        const auto answer = TranslateMsgBox(u"It is recommended that you do not edit more than <1> extensions at "
-                                            u"a time.  Are you sure you wish to continue?"_s,
-                                            QMessageBox::Yes | QMessageBox::No, QString::number(EditWarningCount));
+        const auto answer =
+            TranslateMsgBox(u"It is recommended that you do not edit more than <1> extensions at "
+                            u"a time.  Are you sure you wish to continue?"_s,
+                            QMessageBox::Yes | QMessageBox::No, QString::number(EditWarningCount));
         if (answer != QMessageBox::Yes)
             return;
     }
@@ -172,8 +170,8 @@ void DirectoryPage::removeDevices()
     const QList<int> rows = selectedSourceRows();
     if (rows.isEmpty())
         return;
-    if (TranslateMsgBox(u"Are you sure you want to remove the selected users?"_s, QMessageBox::Yes | QMessageBox::No)
-        != QMessageBox::Yes)
+    if (TranslateMsgBox(u"Are you sure you want to remove the selected users?"_s,
+                        QMessageBox::Yes | QMessageBox::No) != QMessageBox::Yes)
         return;
     QStringList ids;
     ids.reserve(rows.size());

@@ -22,7 +22,8 @@ using namespace Qt::StringLiterals;
 
 Q_LOGGING_CATEGORY(lcRecordList, "quill.main.records")
 
-struct RecordList::Kind {
+struct RecordList::Kind
+{
     QString listName;     // the list's objectName
     QString buttonPrefix; // the button array's name
     int buttonCount;
@@ -42,12 +43,32 @@ const RecordList::Kind &RecordList::kindInfo() const
     static const Kind kinds[] = {
         {u"Ab"_s, u"AButton"_s, 5, u"AB"_s, u"Address Book"_s, u"ABId"_s, u"Type"_s, u"Type"_s, u"MAIN-AB"_s,
          false, true, false},
-        {u"Campaigns"_s, u"CButton"_s, 4, u"Campaigns"_s, u"Campaign"_s, u"CampaignId"_s, {}, {},
-         u"MAIN-CAMPAIGNS"_s, false, false, true},
-        {u"Routing"_s, u"RButton"_s, 5, u"Routing"_s, u"Routing Condition"_s, u"RoutingId"_s, u"Destination"_s,
-         u"Destination"_s, u"MAIN-ROUTING"_s, true, false, false},
-        {u"Scripts"_s, u"SButton"_s, 3, u"Scripts"_s, u"Script"_s, u"ScriptId"_s, {}, {}, u"MAIN-SCRIPTS"_s, false,
-         false, false},
+        {u"Campaigns"_s,
+         u"CButton"_s,
+         4,
+         u"Campaigns"_s,
+         u"Campaign"_s,
+         u"CampaignId"_s,
+         {},
+         {},
+         u"MAIN-CAMPAIGNS"_s,
+         false,
+         false,
+         true},
+        {u"Routing"_s, u"RButton"_s, 5, u"Routing"_s, u"Routing Condition"_s, u"RoutingId"_s,
+         u"Destination"_s, u"Destination"_s, u"MAIN-ROUTING"_s, true, false, false},
+        {u"Scripts"_s,
+         u"SButton"_s,
+         3,
+         u"Scripts"_s,
+         u"Script"_s,
+         u"ScriptId"_s,
+         {},
+         {},
+         u"MAIN-SCRIPTS"_s,
+         false,
+         false,
+         false},
     };
     return kinds[int(m_kind)];
 }
@@ -309,8 +330,7 @@ void RecordList::removeRecord()
         return;
     const Kind &info = kindInfo();
     if (TranslateMsgBox(u"Are you sure you want to remove this <1>?"_s, QMessageBox::Yes | QMessageBox::No,
-                        Translate(info.kindWord))
-        != QMessageBox::Yes)
+                        Translate(info.kindWord)) != QMessageBox::Yes)
         return;
     QString command = u"{Cmd=Delete}{Table="_s + info.table + u'}';
     AddVar(command, u"Id"_s, GetId(item->data(0, KeyRole).toString()));

@@ -38,9 +38,9 @@ public:
     void fill(const QString &message);
     void clear();
 
-    QString selectedId() const;         // empty when nothing is selected
-    QStringList ids() const;            // in list order
-    QStringList names() const;          // the entries' texts, in list order
+    QString selectedId() const; // empty when nothing is selected
+    QStringList ids() const;    // in list order
+    QStringList names() const;  // the entries' texts, in list order
     // A record saved by its window: its text and second column change in place.
     bool updateEntry(const QString &id, const QString &name, const QString &second = {});
     // How the second column shows its value (the address-book type code as the plug-in's name).

@@ -48,14 +48,15 @@ private:
                 server->sendTextMessage(frame);
             queued->clear();
         });
-        connect(client, &QWebSocket::textMessageReceived, server, [this, server, queued](const QString &frame) {
-            if (!frame.startsWith(u"{Session="_s))
-                m_commands.append(frame);
-            if (server->state() == QAbstractSocket::ConnectedState)
-                server->sendTextMessage(frame);
-            else
-                queued->append(frame);
-        });
+        connect(client, &QWebSocket::textMessageReceived, server,
+                [this, server, queued](const QString &frame) {
+                    if (!frame.startsWith(u"{Session="_s))
+                        m_commands.append(frame);
+                    if (server->state() == QAbstractSocket::ConnectedState)
+                        server->sendTextMessage(frame);
+                    else
+                        queued->append(frame);
+                });
         connect(server, &QWebSocket::textMessageReceived, client, [client](const QString &frame) {
             if (client->state() == QAbstractSocket::ConnectedState)
                 client->sendTextMessage(frame);
@@ -91,13 +92,13 @@ public:
             *error = u"relay could not listen"_s;
             return false;
         }
-        connect(&session, &usrSession::SessionEvent, this, [this](const QString &, const QString &kind,
-                                                                  const QString &data) {
-            if (kind == u"READY"_s)
-                m_ready = true;
-            else if (kind == u"MESSAGE"_s)
-                link.HandleCallback(data);
-        });
+        connect(&session, &usrSession::SessionEvent, this,
+                [this](const QString &, const QString &kind, const QString &data) {
+                    if (kind == u"READY"_s)
+                        m_ready = true;
+                    else if (kind == u"MESSAGE"_s)
+                        link.HandleCallback(data);
+                });
         link.setReceiver(u"MAIN"_s, this);
         session.setCredentials({relay.url(), TestServer::user(), TestServer::password(), {}});
         session.StartSession(u"QuillServer Configuration"_s);

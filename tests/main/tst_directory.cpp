@@ -78,8 +78,10 @@ void DirectoryTest::initTestCase()
             m_page->fill(message);
     };
 
-    const auto device = [this](const QString &ext, const QString &name, const QString &type, const QString &dept) {
-        m_fixture->create(u"Exts"_s, record({{u"Type"_s, type}, {u"Dept"_s, dept}, {u"Ext"_s, ext}, {u"Name"_s, name}}));
+    const auto device = [this](const QString &ext, const QString &name, const QString &type,
+                               const QString &dept) {
+        m_fixture->create(u"Exts"_s,
+                          record({{u"Type"_s, type}, {u"Dept"_s, dept}, {u"Ext"_s, ext}, {u"Name"_s, name}}));
     };
     device(u"99"_s, u"Alice Smith"_s, u"EXT"_s, u"Sales"_s);
     device(u"100"_s, u"Bob Jones"_s, u"EXT"_s, u"Support"_s);
@@ -121,7 +123,8 @@ void DirectoryTest::selectRows(int first, int last)
 {
     const QAbstractItemModel *proxy = m_page->proxy();
     const QItemSelection rows(proxy->index(first, 0), proxy->index(last, DirectoryModel::ColumnCount - 1));
-    m_page->list()->selectionModel()->select(rows, QItemSelectionModel::ClearAndSelect | QItemSelectionModel::Rows);
+    m_page->list()->selectionModel()->select(rows,
+                                             QItemSelectionModel::ClearAndSelect | QItemSelectionModel::Rows);
 }
 
 void DirectoryTest::answerMessageBoxes(QMessageBox::StandardButton answer)
@@ -155,7 +158,8 @@ void DirectoryTest::fillsFromTheServerOrderedByNumber()
     // The server sends the devices by type; the list shows them by number, 99 before 100.
     const QStringList exts = column(m_page->proxy(), DirectoryModel::ExtColumn);
     for (qsizetype i = 1; i < exts.size(); ++i)
-        QVERIFY2(!numberBefore(exts[i], exts[i - 1]), qPrintable(exts[i - 1] + u" listed before "_s + exts[i]));
+        QVERIFY2(!numberBefore(exts[i], exts[i - 1]),
+                 qPrintable(exts[i - 1] + u" listed before "_s + exts[i]));
     QVERIFY(exts.indexOf(u"7"_s) < exts.indexOf(u"99"_s));
     QVERIFY(exts.indexOf(u"99"_s) < exts.indexOf(u"100"_s));
     QVERIFY(exts.indexOf(u"100"_s) < exts.indexOf(u"1000"_s));
@@ -203,8 +207,11 @@ void DirectoryTest::quickFilterNarrowsByNumberNameAndDepartment()
     const auto everyRowHolds = [this](const QString &text) {
         for (int row = 0; row < m_page->proxy()->rowCount(); ++row) {
             bool holds = false;
-            for (int column : {DirectoryModel::ExtColumn, DirectoryModel::NameColumn, DirectoryModel::DeptColumn})
-                holds = holds || m_page->proxy()->index(row, column).data().toString().contains(text, Qt::CaseInsensitive);
+            for (int column :
+                 {DirectoryModel::ExtColumn, DirectoryModel::NameColumn, DirectoryModel::DeptColumn})
+                holds =
+                    holds ||
+                    m_page->proxy()->index(row, column).data().toString().contains(text, Qt::CaseInsensitive);
             if (!holds)
                 return false;
         }
@@ -270,8 +277,9 @@ void DirectoryTest::editOpensTheSelectedDevicesAndWarnsAboveOneHundredFifty()
     m_opened.clear();
     selectRows(0, 150);
     QTest::mouseClick(edit, Qt::LeftButton);
-    QCOMPARE(m_asked, QStringList{u"It is recommended that you do not edit more than 150 extensions at a time.  "
-                                  u"Are you sure you wish to continue?"_s});
+    QCOMPARE(m_asked,
+             QStringList{u"It is recommended that you do not edit more than 150 extensions at a time.  "
+                         u"Are you sure you wish to continue?"_s});
     QVERIFY(m_opened.isEmpty());
     answerMessageBoxes(QMessageBox::Yes);
     QTest::mouseClick(edit, Qt::LeftButton);
@@ -323,8 +331,9 @@ void DirectoryTest::removeDeletesTheSelectedDevicesOnlyAfterYes()
     QCOMPARE(m_page->proxy()->rowCount(), 1);
     QVERIFY(m_fixture->waitForReply(u"EXTS"_s, repliesBefore));
     QCOMPARE(relay.commands().size(), mark + 2);
-    QCOMPARE(relay.commands().at(mark), u"{Cmd=Delete}{Table=Exts}{Id(S%1)=%2}"_s.arg(leavers.join(u',').size())
-                                           .arg(leavers.join(u',')));
+    QCOMPARE(
+        relay.commands().at(mark),
+        u"{Cmd=Delete}{Table=Exts}{Id(S%1)=%2}"_s.arg(leavers.join(u',').size()).arg(leavers.join(u',')));
     QVERIFY(relay.commands().at(mark + 1).startsWith(u"{Cmd=GetList}{Table=Exts}{Ref=MAIN-EXTS}"_s));
     reply = m_fixture->lastReply(u"EXTS"_s);
     for (const QString &id : leavers) {

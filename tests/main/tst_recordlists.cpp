@@ -69,9 +69,10 @@ void RecordListsTest::initTestCase()
     const int routes = ListFixture::replyIds(m_fixture->fetch(u"MAIN-ROUTING"_s)).size();
     const QStringList routeNames{u"Route X"_s, u"Route Y"_s, u"Route Z"_s};
     for (int i = 0; i < routeNames.size(); ++i)
-        m_fixture->create(u"Routing"_s, record({{u"Order"_s, routes + i + 1},
-                                                {u"Name"_s, routeNames[i]},
-                                                {u"Options"_s, record({{u"Destination"_s, u"20%1"_s.arg(i)}})}}));
+        m_fixture->create(u"Routing"_s,
+                          record({{u"Order"_s, routes + i + 1},
+                                  {u"Name"_s, routeNames[i]},
+                                  {u"Options"_s, record({{u"Destination"_s, u"20%1"_s.arg(i)}})}}));
     for (const QString &name : {u"Book A"_s, u"Book B"_s, u"Book C"_s})
         m_fixture->create(u"AB"_s, record({{u"Type"_s, u"CSV"_s}, {u"Name"_s, name}, {u"Options"_s, u""_s}}));
     for (const QString &name : {u"Spring Drive"_s, u"Summer Drive"_s})
@@ -128,7 +129,8 @@ void RecordListsTest::answerMessageBoxes(QMessageBox::StandardButton answer)
 
 void RecordListsTest::listsShowTheServerRecords()
 {
-    struct Expect {
+    struct Expect
+    {
         RecordList *list;
         QString objectName;
         QString subRef;
@@ -156,11 +158,15 @@ void RecordListsTest::listsShowTheServerRecords()
     // The destination lives inside each condition's Options; it shows as the second column.
     QCOMPARE(m_routing->list()->findItems(u"Route Y"_s, Qt::MatchExactly).value(0)->text(1), u"201"_s);
     QCOMPARE(m_books->list()->findItems(u"Book A"_s, Qt::MatchExactly).value(0)->text(1), u"CSV"_s);
-    m_books->setSecondColumnText([](const QString &type) { return type == u"CSV"_s ? u"Text file"_s : type; });
+    m_books->setSecondColumnText(
+        [](const QString &type) { return type == u"CSV"_s ? u"Text file"_s : type; });
     QCOMPARE(m_books->list()->findItems(u"Book A"_s, Qt::MatchExactly).value(0)->text(1), u"Text file"_s);
 
     // A record saved by its window changes in place.
-    const QString y = m_routing->list()->findItems(u"Route Y"_s, Qt::MatchExactly).value(0)->data(0, RecordList::KeyRole)
+    const QString y = m_routing->list()
+                          ->findItems(u"Route Y"_s, Qt::MatchExactly)
+                          .value(0)
+                          ->data(0, RecordList::KeyRole)
                           .toString()
                           .mid(1);
     QVERIFY(m_routing->updateEntry(y, u"Route Y2"_s, u"299"_s));
@@ -228,7 +234,8 @@ void RecordListsTest::routingMoveStoresBothOrdersAndSwapsThem()
     qsizetype mark = relay.commands().size();
     QTest::mouseClick(button(m_routing.get(), 3), Qt::LeftButton);
     QString reply = m_fixture->fetch(u"MAIN-ROUTING"_s); // the frame after the move's own
-    QCOMPARE(relay.commands().mid(mark, 2), (QStringList{routingSetOrder(idY, y), routingSetOrder(idX, y + 1)}));
+    QCOMPARE(relay.commands().mid(mark, 2),
+             (QStringList{routingSetOrder(idY, y), routingSetOrder(idX, y + 1)}));
     QCOMPARE(relay.commands().size(), mark + 3);
     names.swapItemsAt(y - 1, y);
     QCOMPARE(m_routing->names(), names);
@@ -242,7 +249,8 @@ void RecordListsTest::routingMoveStoresBothOrdersAndSwapsThem()
     mark = relay.commands().size();
     QTest::mouseClick(button(m_routing.get(), 4), Qt::LeftButton);
     reply = m_fixture->fetch(u"MAIN-ROUTING"_s);
-    QCOMPARE(relay.commands().mid(mark, 2), (QStringList{routingSetOrder(idY, y + 1), routingSetOrder(idX, y)}));
+    QCOMPARE(relay.commands().mid(mark, 2),
+             (QStringList{routingSetOrder(idY, y + 1), routingSetOrder(idX, y)}));
     QCOMPARE(ListFixture::replyIds(reply).at(y - 1), idX);
     QCOMPARE(ListFixture::replyIds(reply).at(y), idY);
 
@@ -250,7 +258,8 @@ void RecordListsTest::routingMoveStoresBothOrdersAndSwapsThem()
     m_routing->list()->setCurrentItem(m_routing->list()->topLevelItem(0));
     mark = relay.commands().size();
     m_routing->Button_Click(RecordList::MoveUpButton);
-    m_routing->list()->setCurrentItem(m_routing->list()->topLevelItem(m_routing->list()->topLevelItemCount() - 1));
+    m_routing->list()->setCurrentItem(
+        m_routing->list()->topLevelItem(m_routing->list()->topLevelItemCount() - 1));
     m_routing->Button_Click(RecordList::MoveDownButton);
     m_fixture->fetch(u"MAIN-ROUTING"_s);
     QCOMPARE(relay.commands().size(), mark + 1);
@@ -267,7 +276,8 @@ void RecordListsTest::campaignCopyAndEditOpenTheCampaignWindow()
     QCOMPARE(copy->toolTip(), u"This window is not available in this version."_s);
     QVERIFY(button(m_campaigns.get(), 2)->isEnabled()); // removing needs no window
 
-    m_fixture->windows.setOpener(u"Campaigns"_s, [this](const QString &ids, QWidget *) { m_opened.append(ids); });
+    m_fixture->windows.setOpener(u"Campaigns"_s,
+                                 [this](const QString &ids, QWidget *) { m_opened.append(ids); });
     QVERIFY(copy->isEnabled());
     QTest::mouseClick(copy, Qt::LeftButton);
     QTest::mouseClick(button(m_campaigns.get(), 1), Qt::LeftButton);
@@ -321,7 +331,8 @@ void RecordListsTest::addressBookMovesWaitForTheMainWindowsSave()
 
 void RecordListsTest::removalAsksWithTheKindWordAndDeletesOnlyAfterYes()
 {
-    struct Case {
+    struct Case
+    {
         RecordList *list;
         QString name;
         QString prompt;
@@ -329,11 +340,12 @@ void RecordListsTest::removalAsksWithTheKindWordAndDeletesOnlyAfterYes()
         QString reference;
     };
     const Case cases[] = {
-        {m_books.get(), u"Book C"_s, u"Are you sure you want to remove this Address Book?"_s, u"AB"_s, u"MAIN-AB"_s},
-        {m_campaigns.get(), u"Summer Drive"_s, u"Are you sure you want to remove this Campaign?"_s, u"Campaigns"_s,
-         u"MAIN-CAMPAIGNS"_s},
-        {m_routing.get(), u"Route Z"_s, u"Are you sure you want to remove this Routing Condition?"_s, u"Routing"_s,
-         u"MAIN-ROUTING"_s},
+        {m_books.get(), u"Book C"_s, u"Are you sure you want to remove this Address Book?"_s, u"AB"_s,
+         u"MAIN-AB"_s},
+        {m_campaigns.get(), u"Summer Drive"_s, u"Are you sure you want to remove this Campaign?"_s,
+         u"Campaigns"_s, u"MAIN-CAMPAIGNS"_s},
+        {m_routing.get(), u"Route Z"_s, u"Are you sure you want to remove this Routing Condition?"_s,
+         u"Routing"_s, u"MAIN-ROUTING"_s},
         {m_scripts.get(), u"Farewell"_s, u"Are you sure you want to remove this Script?"_s, u"Scripts"_s,
          u"MAIN-SCRIPTS"_s},
     };
