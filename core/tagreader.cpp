@@ -94,6 +94,16 @@ bool sameName(QStringView vars, qsizetype candidate, QStringView name)
     return true;
 }
 
+// Names are a few characters long: a plain loop beats a call to memcmp.
+bool sameUnits(const char16_t *a, const char16_t *b, qsizetype length)
+{
+    for (qsizetype i = 0; i < length; ++i) {
+        if (a[i] != b[i])
+            return false;
+    }
+    return true;
+}
+
 // "List" followed by the row number, kept on the stack.
 class ListName
 {
@@ -145,14 +155,14 @@ void TagReader::buildIndex()
         ++m_braceCount;
         const bool topLevel = ++depth == 1;
         if (topLevel)
-            m_topLevel.append(TopLevel{i, -1});
+            m_topLevel.append(TopLevel{qint32(i), -1});
         if (delimiter <= i)
             delimiter = findEither(units, i + 1, size, u'(', u'=');
         const qsizetype nameLength = delimiter - i - 1;
         if (delimiter < size && nameLength <= MaxIndexedName) {
             const qsizetype entry = addCandidate(Candidate{i, nameLength, units[delimiter] == u'('}, recent);
             if (topLevel)
-                m_topLevel.last().entry = entry;
+                m_topLevel.last().entry = qint32(entry);
         }
     }
 }
@@ -173,7 +183,7 @@ qsizetype TagReader::addCandidate(const Candidate &candidate, std::unique_ptr<Re
             while (top < m_topLevel.size() && m_topLevel[top].brace < listed.brace)
                 ++top;
             if (top < m_topLevel.size() && m_topLevel[top].brace == listed.brace)
-                m_topLevel[top].entry = entry;
+                m_topLevel[top].entry = qint32(entry);
         }
         m_candidates.clear();
     }
@@ -182,8 +192,7 @@ qsizetype TagReader::addCandidate(const Candidate &candidate, std::unique_ptr<Re
     const char16_t *name = QStringView(m_vars).utf16() + candidate.brace + 1;
     const qsizetype length = candidate.nameLength;
     RecentName &seen = (*recent)[(length > 0 ? length * 7 + name[0] + 3 * name[length - 1] : 0) % recent->size()];
-    if (seen.length == length && seen.entry >= 0
-        && std::equal(name, name + length, QStringView(m_vars).utf16() + seen.start)) {
+    if (seen.length == length && seen.entry >= 0 && sameUnits(name, QStringView(m_vars).utf16() + seen.start, length)) {
         markFirst(seen.entry, candidate);
         return seen.entry;
     }
@@ -195,9 +204,9 @@ qsizetype TagReader::addCandidate(const Candidate &candidate, std::unique_ptr<Re
 // Braces arrive in order, so the first of each form is the one GetVar's search meets first.
 void TagReader::markFirst(qsizetype entry, const Candidate &candidate)
 {
-    qsizetype &position = candidate.sized ? m_entries[entry].sized : m_entries[entry].plain;
+    qint32 &position = candidate.sized ? m_entries[entry].sized : m_entries[entry].plain;
     if (position < 0)
-        position = candidate.brace;
+        position = qint32(candidate.brace);
 }
 
 qsizetype TagReader::record(const Candidate &candidate)

@@ -53,10 +53,12 @@ private:
         qsizetype nameLength = 0;
         bool sized = false;
     };
-    // The first sized and the first plain entry of one case-folded name ("{" positions).
+    // The first sized and the first plain entry of one case-folded name ("{" positions). The
+    // index holds positions in 32 bits: a list of a million rows keeps it small enough to stay
+    // near the processor.
     struct Entry {
-        qsizetype sized = -1;
-        qsizetype plain = -1;
+        qint32 sized = -1;
+        qint32 plain = -1;
         qsizetype first() const { return sized < 0 ? plain : (plain < 0 ? sized : qMin(sized, plain)); }
     };
     // Open addressing over the entries; the hash is kept so growing never reads the text again.
@@ -66,8 +68,8 @@ private:
     };
     // A "{" at depth one, with the entry of its name once the names are hashed.
     struct TopLevel {
-        qsizetype brace = -1;
-        qsizetype entry = -1;
+        qint32 brace = -1;
+        qint32 entry = -1;
     };
     // Names met lately while indexing, by a cheap key: the rows of a list repeat their names.
     struct RecentName {
