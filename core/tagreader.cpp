@@ -147,7 +147,8 @@ void TagReader::buildIndex()
     // forward from one brace to the next, so finding them all is one pass even for "{{{{...".
     qsizetype delimiter = 0;
     qsizetype depth = 0;
-    for (qsizetype i = findEither(units, 0, size, u'{', u'}'); i < size; i = findEither(units, i + 1, size, u'{', u'}')) {
+    for (qsizetype i = findEither(units, 0, size, u'{', u'}'); i < size;
+         i = findEither(units, i + 1, size, u'{', u'}')) {
         if (units[i] == u'}') {
             --depth;
             continue;
@@ -191,8 +192,10 @@ qsizetype TagReader::addCandidate(const Candidate &candidate, std::unique_ptr<Re
     // is that one's entry, without hashing.
     const char16_t *name = QStringView(m_vars).utf16() + candidate.brace + 1;
     const qsizetype length = candidate.nameLength;
-    RecentName &seen = (*recent)[(length > 0 ? length * 7 + name[0] + 3 * name[length - 1] : 0) % recent->size()];
-    if (seen.length == length && seen.entry >= 0 && sameUnits(name, QStringView(m_vars).utf16() + seen.start, length)) {
+    RecentName &seen =
+        (*recent)[(length > 0 ? length * 7 + name[0] + 3 * name[length - 1] : 0) % recent->size()];
+    if (seen.length == length && seen.entry >= 0 &&
+        sameUnits(name, QStringView(m_vars).utf16() + seen.start, length)) {
         markFirst(seen.entry, candidate);
         return seen.entry;
     }
@@ -335,7 +338,8 @@ QVariant TagReader::value(int index, QString *nameOut) const
     QVariant result;
     if (position < m_topLevel.size()) {
         const qsizetype brace = m_topLevel[position].brace;
-        QStringView text = QStringView(m_vars).mid(brace + 1, qMin(indexNameWidth, m_vars.size() - brace - 1));
+        QStringView text =
+            QStringView(m_vars).mid(brace + 1, qMin(indexNameWidth, m_vars.size() - brace - 1));
         for (qsizetype k = 0; k < text.size(); ++k) {
             if (isDelimiter(text[k].unicode())) {
                 text = text.left(k);
@@ -373,8 +377,9 @@ TagValue::EntryRef TagReader::findRow(QStringView name, qsizetype &cursor) const
     }
     const TagValue::EntryRef ref = find(name);
     // Pick up the thread after a gap in the rows.
-    const auto next = std::lower_bound(m_topLevel.cbegin(), m_topLevel.cend(), ref.brace,
-                                       [](const TopLevel &top, qsizetype brace) { return top.brace < brace; });
+    const auto next =
+        std::lower_bound(m_topLevel.cbegin(), m_topLevel.cend(), ref.brace,
+                         [](const TopLevel &top, qsizetype brace) { return top.brace < brace; });
     if (ref.found() && next != m_topLevel.cend() && next->brace == ref.brace)
         cursor = (next - m_topLevel.cbegin()) + 1;
     return ref;
@@ -385,7 +390,7 @@ QStringList TagReader::list() const
     const QVariant countValue = value(u"ListCount");
     // The count arrives as a number ("{ListCount(N2)=12}") or as text from a hand-made reply.
     const double count = countValue.typeId() == QMetaType::Double ? countValue.toDouble()
-                                                                   : LeadingNumber(TagValueText(countValue));
+                                                                  : LeadingNumber(TagValueText(countValue));
     if (!(count >= 1))
         return {};
     const qsizetype rows = qMin(qsizetype(std::floor(qMin(count, 1e15))), m_braceCount);

@@ -48,7 +48,8 @@ public:
 
 private:
     // A "{" whose name, up to its "(" or "=", is short enough to index.
-    struct Candidate {
+    struct Candidate
+    {
         qsizetype brace = -1;
         qsizetype nameLength = 0;
         bool sized = false;
@@ -56,23 +57,27 @@ private:
     // The first sized and the first plain entry of one case-folded name ("{" positions). The
     // index holds positions in 32 bits: a list of a million rows keeps it small enough to stay
     // near the processor.
-    struct Entry {
+    struct Entry
+    {
         qint32 sized = -1;
         qint32 plain = -1;
         qsizetype first() const { return sized < 0 ? plain : (plain < 0 ? sized : qMin(sized, plain)); }
     };
     // Open addressing over the entries; the hash is kept so growing never reads the text again.
-    struct Slot {
+    struct Slot
+    {
         quint32 hash = 0;
         quint32 entry = 0; // index into m_entries plus one; 0 marks a free slot
     };
     // A "{" at depth one, with the entry of its name once the names are hashed.
-    struct TopLevel {
+    struct TopLevel
+    {
         qint32 brace = -1;
         qint32 entry = -1;
     };
     // Names met lately while indexing, by a cheap key: the rows of a list repeat their names.
-    struct RecentName {
+    struct RecentName
+    {
         qsizetype start = 0;
         qsizetype length = -1;
         qsizetype entry = -1;

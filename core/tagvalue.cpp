@@ -176,12 +176,14 @@ double LeadingNumber(QStringView text, qsizetype *consumed)
     if (!point && digits.size() == mantissaSize && mantissaSize <= 15)
         return negative ? -double(whole) : double(whole);
     double value = 0;
-    const std::from_chars_result read = std::from_chars(digits.constData(), digits.constData() + digits.size(), value);
-    if (read.ec == std::errc::result_out_of_range) // too big saturates, too small is zero
-        value = decimalMagnitude(QByteArrayView(digits.constData(), mantissaSize), exponent) > 0
-            ? std::numeric_limits<double>::max() : 0.0;
-    else if (read.ec != std::errc())
+    const std::from_chars_result read =
+        std::from_chars(digits.constData(), digits.constData() + digits.size(), value);
+    if (read.ec == std::errc::result_out_of_range) { // too big saturates, too small is zero
+        const bool tooBig = decimalMagnitude(QByteArrayView(digits.constData(), mantissaSize), exponent) > 0;
+        value = tooBig ? std::numeric_limits<double>::max() : 0.0;
+    } else if (read.ec != std::errc()) {
         value = 0;
+    }
     return negative ? -value : value;
 }
 

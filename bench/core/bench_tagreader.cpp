@@ -15,15 +15,16 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-struct Reply {
+struct Reply
+{
     QString text;
     double utf8Bytes = 0;
 };
 
 QString deviceRow(int i)
 {
-    static const QStringList names = {u"Reception"_s, u"Zoë Müller"_s, u"Sales desk"_s, u"Ørjan Ås"_s,
-                                      u"Support 😀"_s, u"Warehouse"_s};
+    static const QStringList names = {u"Reception"_s, u"Zoë Müller"_s, u"Sales desk"_s,
+                                      u"Ørjan Ås"_s,  u"Support 😀"_s,  u"Warehouse"_s};
     static const QStringList departments = {u"Sales"_s, u"Support"_s, u"Accounts"_s, u"Technik"_s};
     QString row;
     AddVar(row, u"ExtensionId"_s, 100 + i);
@@ -152,7 +153,8 @@ double measure(benchmark::State &state, ReadFunction read)
     const double nsPerRow = spent / (double(state.iterations()) * rows);
     costs()[std::make_pair(read, rows)] = nsPerRow;
     state.counters["rows/s"] = benchmark::Counter(rows, benchmark::Counter::kIsIterationInvariantRate);
-    state.counters["MB/s"] = benchmark::Counter(reply.utf8Bytes / 1e6, benchmark::Counter::kIsIterationInvariantRate);
+    state.counters["MB/s"] =
+        benchmark::Counter(reply.utf8Bytes / 1e6, benchmark::Counter::kIsIterationInvariantRate);
     state.counters["ns/row"] = nsPerRow;
     // Linear reading keeps this near 1 at every size; the GetVar loop's grows with the rows.
     state.counters["row_cost_vs_1k"] = nsPerRow / costPerRow(read, 1000);
@@ -180,8 +182,18 @@ void BM_ReadListGetVarLoop(benchmark::State &state)
 
 } // namespace
 
-BENCHMARK(BM_ReadListOnePass)->Arg(1000)->Arg(10000)->Arg(100000)->Arg(1000000)->Unit(benchmark::kMillisecond);
-BENCHMARK(BM_ReadListRowsOnly)->Arg(1000)->Arg(10000)->Arg(100000)->Arg(1000000)->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_ReadListOnePass)
+    ->Arg(1000)
+    ->Arg(10000)
+    ->Arg(100000)
+    ->Arg(1000000)
+    ->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_ReadListRowsOnly)
+    ->Arg(1000)
+    ->Arg(10000)
+    ->Arg(100000)
+    ->Arg(1000000)
+    ->Unit(benchmark::kMillisecond);
 BENCHMARK(BM_ReadListGetVarLoop)->Arg(1000)->Arg(10000)->Unit(benchmark::kMillisecond);
 
 BENCHMARK_MAIN();

@@ -26,11 +26,13 @@ namespace {
 
 // Fragments that damage the structure: lengths past the end, huge and negative lengths, empty
 // names, lone braces, "(" without ")", halves of surrogate pairs.
+// clang-format off
 const QStringList fragments = {
-    u"{"_s, u"}"_s, u"("_s, u")"_s, u"="_s, u"S"_s, u"N"_s, u"D"_s, u"0"_s, u"5"_s, u"12"_s, u"-"_s, u"."_s,
-    u"e"_s, u" "_s, u"a"_s, u"Id"_s, u"(S99999999999)="_s, u"(S-5)="_s, u"(N1e308)="_s, u"(S1e999)="_s,
-    u"(-3)="_s, u"(S"_s, u"{Id(S3)="_s, u"{Id="_s, u"{(S0)=}"_s, u"{=}"_s, u"{(N2)=12}"_s, u"😀"_s,
-    QString(QChar(0xD800)), QString(QChar(0xDC00)), u"ß"_s, u"\n"_s};
+    u"{"_s, u"}"_s, u"("_s, u")"_s, u"="_s, u"S"_s, u"N"_s, u"D"_s, u"0"_s, u"5"_s, u"12"_s, u"-"_s,
+    u"."_s, u"e"_s, u" "_s, u"a"_s, u"Id"_s, u"(S99999999999)="_s, u"(S-5)="_s, u"(N1e308)="_s,
+    u"(S1e999)="_s, u"(-3)="_s, u"(S"_s, u"{Id(S3)="_s, u"{Id="_s, u"{(S0)=}"_s, u"{=}"_s,
+    u"{(N2)=12}"_s, u"😀"_s, QString(QChar(0xD800)), QString(QChar(0xDC00)), u"ß"_s, u"\n"_s};
+// clang-format on
 
 class Fuzzer
 {
@@ -74,7 +76,8 @@ public:
         case 2:
             return below(2) == 1;
         case 3:
-            return QDateTime(QDate(2000 + below(30), 1 + below(12), 1 + below(28)), QTime(below(24), below(60), below(60)));
+            return QDateTime(QDate(2000 + below(30), 1 + below(12), 1 + below(28)),
+                             QTime(below(24), below(60), below(60)));
         case 4:
             return QString();
         case 5:
@@ -136,7 +139,8 @@ void checkReads(const QString &vars, Fuzzer &fuzzer)
         const QString name = fuzzer.name(vars);
         const QVariant result = GetVar(vars, name, fallback);
         if (!isSaneRead(vars, name, result, fallback))
-            QFAIL(qPrintable(u"read of \"%1\" gave \"%2\" from %3"_s.arg(name, result.toString(), shown(vars))));
+            QFAIL(qPrintable(
+                u"read of \"%1\" gave \"%2\" from %3"_s.arg(name, result.toString(), shown(vars))));
         if (reader.value(name, fallback) != result)
             QFAIL(qPrintable(u"reader and GetVar differ on \"%1\" in %2"_s.arg(name, shown(vars))));
     }
@@ -152,14 +156,16 @@ void checkReads(const QString &vars, Fuzzer &fuzzer)
         const QVariant result = GetVar(vars, index, &name);
         bool found = false;
         const QString expectedName = TagValue::NameAtIndex(vars, index, &found);
-        const bool sane = name == expectedName && name.size() <= 60 && !name.contains(u'(') && !name.contains(u'=')
-            && (found ? result == GetVar(vars, name) : (!result.isValid() && name.isEmpty()));
+        const bool sane = name == expectedName && name.size() <= 60 && !name.contains(u'(') &&
+                          !name.contains(u'=') &&
+                          (found ? result == GetVar(vars, name) : (!result.isValid() && name.isEmpty()));
         if (!sane)
             QFAIL(qPrintable(u"read by number %1 gave \"%2\" = \"%3\" in %4"_s.arg(
                 QString::number(index), name, result.toString(), shown(vars))));
         QString readerName;
         if (reader.value(index, &readerName) != result || readerName != name)
-            QFAIL(qPrintable(u"reader differs by number %1 in %2"_s.arg(QString::number(index), shown(vars))));
+            QFAIL(
+                qPrintable(u"reader differs by number %1 in %2"_s.arg(QString::number(index), shown(vars))));
     }
     QCOMPARE(GetVar(vars, std::numeric_limits<int>::min()), GetVar(vars, 1));
 }
@@ -169,7 +175,8 @@ void checkNumbers(const QString &vars)
     for (qsizetype at = 0; at < vars.size(); at += 3) {
         qsizetype consumed = -1;
         const double number = LeadingNumber(QStringView(vars).mid(at), &consumed);
-        if (!std::isfinite(number) || consumed < 0 || consumed > vars.size() - at || (consumed == 0 && number != 0))
+        if (!std::isfinite(number) || consumed < 0 || consumed > vars.size() - at ||
+            (consumed == 0 && number != 0))
             QFAIL(qPrintable(u"leading number of \"%1\" gave %2 using %3"_s.arg(
                 shown(vars.mid(at)), QString::number(number), QString::number(consumed))));
     }
@@ -200,8 +207,8 @@ void checkWrite(const QString &vars, const QString &name, const QVariant &value,
     if (!old.found()) {
         QVERIFY2(rest == vars, qPrintable(context));
     } else {
-        QVERIFY2(rest.size() < vars.size() && rest.left(old.brace) == vars.left(old.brace)
-                     && vars.endsWith(QStringView(rest).mid(old.brace)),
+        QVERIFY2(rest.size() < vars.size() && rest.left(old.brace) == vars.left(old.brace) &&
+                     vars.endsWith(QStringView(rest).mid(old.brace)),
                  qPrintable(context));
     }
     if (!appends || hasDelimiter(name))
@@ -218,7 +225,8 @@ void checkWrite(const QString &vars, const QString &name, const QVariant &value,
         QVERIFY2(back == QVariant(text), qPrintable(context));
     }
     const QList<TagEntry> split = SplitEntries(entry);
-    QVERIFY2(split.size() == 1 && split.first().name == name && split.first().value == text, qPrintable(context));
+    QVERIFY2(split.size() == 1 && split.first().name == name && split.first().value == text,
+             qPrintable(context));
 }
 
 void checkWriteByNumber(const QString &vars, int index, const QVariant &value)
@@ -268,9 +276,10 @@ private slots:
             checkReads(vars, fuzzer);
             checkNumbers(vars);
         }
-        for (const QString &vars : {u"{"_s, u"{Id"_s, u"{Id("_s, u"{Id(S"_s, u"{Id(S3"_s, u"{Id(S3)"_s, u"{Id(S3)="_s,
-                                    u"{Id(S99999999999)=ab}"_s, u"{Id(S-5)=ab}{Id=x}"_s, u"{Id(1e999)=ab"_s,
-                                    u"{Id=abc"_s, u"{(S0)=}"_s, u"{="_s, u"(((("_s, u"}}}}{Id(S1)=x}"_s})
+        for (const QString &vars :
+             {u"{"_s, u"{Id"_s, u"{Id("_s, u"{Id(S"_s, u"{Id(S3"_s, u"{Id(S3)"_s, u"{Id(S3)="_s,
+              u"{Id(S99999999999)=ab}"_s, u"{Id(S-5)=ab}{Id=x}"_s, u"{Id(1e999)=ab"_s, u"{Id=abc"_s,
+              u"{(S0)=}"_s, u"{="_s, u"(((("_s, u"}}}}{Id(S1)=x}"_s})
             checkReads(vars, fuzzer);
         QCOMPARE(GetVar(u"{Id(S99999999999)=ab}"_s, u"id"_s), QVariant(u"ab}"_s)); // what exists
         QCOMPARE(GetVar(u"{Id(S-5)=ab}"_s, u"id"_s), QVariant(QString()));
@@ -288,7 +297,8 @@ private slots:
             checkWrite(vars, fuzzer.name(vars), fuzzer.value(), fuzzer.below(2) == 1);
             if (QTest::currentTestFailed())
                 return;
-            const int index = QList<int>{std::numeric_limits<int>::min(), -3, 0, 1, 1, 2, 7}.at(fuzzer.below(7));
+            const int index =
+                QList<int>{std::numeric_limits<int>::min(), -3, 0, 1, 1, 2, 7}.at(fuzzer.below(7));
             checkWriteByNumber(vars, index, fuzzer.value());
         }
         checkWrite(u"{Id(S99999999999)=ab"_s, u"ID"_s, 5, false);
@@ -324,18 +334,28 @@ private slots:
 
     void numbersReadAlike()
     {
-        const struct {
+        const struct
+        {
             QString text;
             double value;
             qsizetype consumed;
         } cases[] = {
-            {u"12.5"_s, 12.5, 4},      {u"  -3e2x"_s, -300, 6},   {u"5."_s, 5, 2},
-            {u".5"_s, 0.5, 2},         {u"+.5e-1"_s, 0.05, 6},    {u"1e"_s, 1, 1},
-            {u"1e+"_s, 1, 1},          {u"abc"_s, 0, 0},          {u"--5"_s, 0, 0},
-            {u"."_s, 0, 0},            {u"1.2.3"_s, 1.2, 3},      {u"\t7)="_s, 7, 2},
+            {u"12.5"_s, 12.5, 4},
+            {u"  -3e2x"_s, -300, 6},
+            {u"5."_s, 5, 2},
+            {u".5"_s, 0.5, 2},
+            {u"+.5e-1"_s, 0.05, 6},
+            {u"1e"_s, 1, 1},
+            {u"1e+"_s, 1, 1},
+            {u"abc"_s, 0, 0},
+            {u"--5"_s, 0, 0},
+            {u"."_s, 0, 0},
+            {u"1.2.3"_s, 1.2, 3},
+            {u"\t7)="_s, 7, 2},
             {u"1e999"_s, std::numeric_limits<double>::max(), 5},
             {u"-1e999"_s, std::numeric_limits<double>::lowest(), 6},
-            {u"1e-999"_s, 0, 6},       {u"0.000e99999999999999"_s, 0, 20},
+            {u"1e-999"_s, 0, 6},
+            {u"0.000e99999999999999"_s, 0, 20},
             {u"99999999999999999999"_s, 99999999999999999999.0, 20},
             {QString(400, u'9'), std::numeric_limits<double>::max(), 400},
             {u"0."_s + QString(400, u'0') + u'1', 0, 403},

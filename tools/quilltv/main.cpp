@@ -29,7 +29,8 @@ const char usage[] =
     "            \"keepEmpty\":bool,\"default\":S}\n"
     "The string is read whole from standard input as UTF-8; one trailing line end is dropped.\n";
 
-struct Arguments {
+struct Arguments
+{
     QString command;
     QStringList positional;
     bool index = false;
@@ -161,8 +162,9 @@ int main(int argc, char *argv[])
     if (!parseArguments(QCoreApplication::arguments(), arguments))
         return fail(u"unknown option"_s);
     if (arguments.jsonLines)
-        return arguments.command.isEmpty() && arguments.positional.isEmpty() ? runJsonLines()
-                                                                            : fail(u"--json-lines takes no other arguments"_s);
+        return arguments.command.isEmpty() && arguments.positional.isEmpty()
+                   ? runJsonLines()
+                   : fail(u"--json-lines takes no other arguments"_s);
     if (arguments.command == u"get"_s)
         return runGet(arguments);
     if (arguments.command == u"add"_s)
@@ -173,5 +175,6 @@ int main(int argc, char *argv[])
         write(QuillTv::Pretty(readInput()).toUtf8());
         return 0;
     }
-    return fail(arguments.command.isEmpty() ? u"no command"_s : u"unknown command %1"_s.arg(arguments.command));
+    return fail(arguments.command.isEmpty() ? u"no command"_s
+                                            : u"unknown command %1"_s.arg(arguments.command));
 }

@@ -65,7 +65,8 @@ void printEntries(const QList<TagEntry> &entries, int depth, QString &out)
 {
     const QString indent(2 * depth, u' ');
     for (const TagEntry &entry : entries) {
-        const QString head = indent + entry.name + (entry.sized ? u'(' + QString(entry.type) + u')' : QString());
+        const QString head =
+            indent + entry.name + (entry.sized ? u'(' + QString(entry.type) + u')' : QString());
         QList<TagEntry> inner;
         if (depth < maxDepth && looksLikeRecord(entry.value, &inner)) {
             out += head + u'\n';
@@ -105,8 +106,8 @@ bool isIndex(const QJsonValue &name)
     if (!name.isDouble())
         return false;
     const double number = name.toDouble();
-    return number == std::floor(number) && number >= std::numeric_limits<int>::min()
-        && number <= std::numeric_limits<int>::max();
+    return number == std::floor(number) && number >= std::numeric_limits<int>::min() &&
+           number <= std::numeric_limits<int>::max();
 }
 
 // A number used as a name: reading by number is for whole numbers in range, any other number
@@ -142,8 +143,9 @@ QByteArray answerGet(const QJsonObject &request, const QString &vars, const QJso
         result = GetVar(vars, name.toInt(), &entryName);
     } else {
         entryName = nameText(name);
-        result = request.contains(u"default"_s) ? GetVar(vars, entryName, request.value(u"default"_s).toVariant())
-                                                 : GetVar(vars, entryName);
+        result = request.contains(u"default"_s)
+                     ? GetVar(vars, entryName, request.value(u"default"_s).toVariant())
+                     : GetVar(vars, entryName);
     }
     return "{\"value\":" + jsonText(jsonValue(result)) + ",\"name\":" + jsonText(entryName) + '}';
 }
