@@ -3,6 +3,7 @@
 
 #include "errorlog.h"
 
+#include <QHashFunctions>
 #include <QtAlgorithms>
 
 #include <algorithm>
@@ -65,8 +66,11 @@ char32_t foldedAt(const char16_t *name, qsizetype i)
 
 quint32 nameHash(QStringView name)
 {
+    // Seeded per process like QHash, so that text typed into a record (a note full of crafted
+    // names) cannot line its names up in one chain of the table.
+    static const quint32 seed = quint32(QHashSeed::globalSeed());
     const auto *units = name.utf16();
-    quint32 hash = 2166136261u; // FNV-1a over the folded units
+    quint32 hash = 2166136261u ^ seed; // FNV-1a over the folded units
     for (qsizetype i = 0; i < name.size(); ++i)
         hash = (hash ^ foldedAt(units, i)) * 16777619u;
     // Spread every unit into the low bits that pick the slot.
