@@ -1,0 +1,97 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// The Errors window: the end of the error log, "&Clear", and opening it from the main window.
+#include "Errors.h"
+#include "errorlog.h"
+#include "frmMain.h"
+#include "serverlink.h"
+#include "tagvalue.h"
+#include "usrsession.h"
+
+#include <QAction>
+#include <QLineEdit>
+#include <QPlainTextEdit>
+#include <QPushButton>
+#include <QStandardPaths>
+#include <QTemporaryDir>
+#include <QTest>
+
+using namespace Qt::StringLiterals;
+
+class ErrorsTest : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void initTestCase()
+    {
+        QStandardPaths::setTestModeEnabled(true);
+        QVERIFY(m_dir.isValid());
+        ErrorLog::SetPath(m_dir.filePath(u"tamsel.log"_s));
+    }
+
+    void init() { ErrorLog::Clear(); }
+
+    void showsTheLogAndClearEmptiesIt()
+    {
+        ErrorLog::Write(u"Overflow @ basGlobal.AddVar"_s);
+        ErrorLog::Write(u"Invalid property value  @  frmMain.DataArrived"_s);
+
+        Errors window;
+        window.show();
+        QCOMPARE(window.windowTitle(), u"Error Messages"_s);
+        auto *txt = window.findChild<QPlainTextEdit *>(u"txt"_s);
+        auto *clear = window.findChild<QPushButton *>(u"Command1"_s);
+        QVERIFY(txt && clear);
+        QCOMPARE(clear->text(), u"&Clear"_s);
+        const QStringList lines = txt->toPlainText().split(u'\n', Qt::SkipEmptyParts);
+        QCOMPARE(lines.size(), 2);
+        QVERIFY(lines.at(0).endsWith(u" @ Overflow @ basGlobal.AddVar"_s));
+        QVERIFY(lines.at(1).endsWith(u"Invalid property value  @  frmMain.DataArrived"_s));
+
+        QTest::mouseClick(clear, Qt::LeftButton);
+        QVERIFY(txt->toPlainText().isEmpty());
+        QVERIFY(!window.isVisible());
+        QVERIFY(ErrorLog::Tail().isEmpty());
+
+        // The log goes on after a clear, and a new window shows only what came since.
+        ErrorLog::Write(u"Later fault @ frmMain.OK_Click"_s);
+        Errors again;
+        QVERIFY(again.text().contains(u"Later fault"_s));
+        QVERIFY(!again.text().contains(u"Overflow"_s));
+    }
+
+    void mainWindowShowsItsOwnFaultsInTheErrorsWindow()
+    {
+        usrSession session;
+        ServerLink link(session);
+        frmMain window(link);
+        window.show();
+
+        // A settings record the page cannot show (a check box holding 7) is logged, not shown.
+        QString reply = u"{Ref=MAIN-PBX}"_s;
+        AddVar(reply, u"Options"_s, u"{AutoDir=7}{Name=Dock}"_s);
+        link.HandleCallback(reply);
+        QVERIFY(ErrorLog::Tail().contains(u"Invalid property value"_s));
+
+        auto *errorLog = window.findChild<QAction *>(u"mnuErrorLog"_s);
+        QVERIFY(errorLog);
+        QCOMPARE(errorLog->text(), u"Error log..."_s);
+        errorLog->trigger();
+        auto *errors = window.findChild<Errors *>();
+        QVERIFY(errors);
+        QVERIFY(errors->isVisible());
+        QVERIFY(errors->text().contains(u"Invalid property value"_s));
+        // The rest of the record still arrived.
+        QCOMPARE(window.findChild<QLineEdit *>(u"sName"_s)->text(), u"Dock"_s);
+
+        // One window at a time.
+        errorLog->trigger();
+        QCOMPARE(window.findChildren<Errors *>().size(), 1);
+    }
+
+private:
+    QTemporaryDir m_dir;
+};
+
+QTEST_MAIN(ErrorsTest)
+#include "tst_errors.moc"

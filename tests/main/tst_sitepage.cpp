@@ -1,0 +1,331 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// The Site, Network and Features pages on their own: which controls each telephone system shows,
+// defaults on load, and the records they save.
+#include "errorlog.h"
+#include "featurespage.h"
+#include "networkpage.h"
+#include "sitepage.h"
+#include "tagvalue.h"
+
+#include <QCheckBox>
+#include <QComboBox>
+#include <QLineEdit>
+#include <QStandardPaths>
+#include <QTableWidget>
+#include <QTemporaryDir>
+#include <QTest>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+const QStringList allGroups{u"bPort"_s,  u"bIp"_s,   u"bIPPort"_s, u"bComm"_s,
+                            u"pPword"_s, u"pDemo"_s, u"pAvaya"_s,  u"pAuto"_s};
+
+// The groups the page shows, sorted by name.
+QStringList shownGroups(const QWidget &page)
+{
+    QStringList shown;
+    for (const QString &name : allGroups) {
+        auto *group = page.findChild<QWidget *>(name);
+        if (group && !group->isHidden())
+            shown << name;
+    }
+    shown.sort();
+    return shown;
+}
+
+QStringList sorted(QStringList list)
+{
+    list.sort();
+    return list;
+}
+
+// The top-level tag names of a record, in order.
+QStringList tagNames(const QString &record)
+{
+    QStringList names;
+    for (int index = 1;; ++index) {
+        QString name;
+        GetVar(record, index, &name);
+        if (name.isEmpty())
+            return names;
+        names << name;
+    }
+}
+
+template <typename T>
+T *child(const QWidget &page, const QString &name)
+{
+    auto *found = page.findChild<T *>(name);
+    if (!found)
+        qFatal("no control %s", qPrintable(name));
+    return found;
+}
+
+void choose(QComboBox *combo, const QString &text)
+{
+    const int index = combo->findText(text);
+    QVERIFY2(index >= 0, qPrintable(text));
+    combo->setCurrentIndex(index);
+}
+
+// The documented order of the PBX settings record.
+const QStringList pbxOrder{u"AutoDir"_s,      u"Name"_s,        u"Trunk"_s,      u"LCR"_s,      u"Area"_s,
+                           u"Operator"_s,     u"PBX"_s,         u"Comm"_s,       u"Random"_s,   u"Numbers"_s,
+                           u"Settings"_s,     u"Ip"_s,          u"Port"_s,       u"Server"_s,   u"Username"_s,
+                           u"Password"_s,     u"FatalAlert"_s,  u"WarningAlert"_s, u"DailyAlert"_s,
+                           u"SendUpdates"_s,  u"SendPath"_s,    u"Cluster"_s,    u"VMType"_s,   u"VM"_s,
+                           u"VMIp"_s};
+
+} // namespace
+
+class SitePageTest : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void initTestCase()
+    {
+        QStandardPaths::setTestModeEnabled(true);
+        QVERIFY(m_dir.isValid());
+        ErrorLog::SetPath(m_dir.filePath(u"tamsel.log"_s));
+    }
+
+    void eachTypeShowsExactlyItsGroups_data()
+    {
+        QTest::addColumn<QString>("stored");
+        QTest::addColumn<QStringList>("groups");
+        QTest::addColumn<QString>("connection");
+
+        const QString net = u"{Comm=Tcp/Ip}"_s;
+        const QString serial = u"{Comm=Com2:}"_s;
+        QTest::newRow("Siemens on the network") << u"{PBX=SIEMENS}"_s + net
+                                                 << QStringList{u"pPword"_s, u"bPort"_s, u"pAuto"_s, u"bIp"_s, u"bIPPort"_s}
+                                                 << u"Tcp/Ip"_s;
+        QTest::newRow("Intertel on a serial port") << u"{PBX=INTERTEL}"_s + serial
+                                                    << QStringList{u"pPword"_s, u"bPort"_s, u"pAuto"_s, u"bComm"_s}
+                                                    << u"Com2:"_s;
+        QTest::newRow("Toshiba on the network") << u"{PBX=TOSHIBA}"_s + net
+                                                 << QStringList{u"bPort"_s, u"bIp"_s, u"bIPPort"_s} << u"Tcp/Ip"_s;
+        QTest::newRow("Toshiba on a serial port") << u"{PBX=toshiba}"_s + serial
+                                                   << QStringList{u"bPort"_s, u"bComm"_s} << u"Com2:"_s;
+        // Telrad's link is always serial: a stored network connection becomes the first port.
+        QTest::newRow("Telrad fixes a serial link") << u"{PBX=TELRAD}"_s + net << QStringList{u"bPort"_s, u"bComm"_s}
+                                                     << u"Com1:"_s;
+        QTest::newRow("Telrad keeps its port") << u"{PBX=TELRAD}{Comm=Com4:}"_s << QStringList{u"bPort"_s, u"bComm"_s}
+                                                << u"Com4:"_s;
+        // The Nortel is reached through its CTE: no connection to choose, auto-create only.
+        QTest::newRow("Nortel stored as CTE") << u"{PBX=NORTEL CTE}{Comm=Com3:}"_s << QStringList{u"pAuto"_s}
+                                               << u"Tcp/Ip"_s;
+        QTest::newRow("demonstration") << u"{PBX=Demonstration mode}"_s + net << QStringList{u"pDemo"_s}
+                                        << u"Tcp/Ip"_s;
+        QTest::newRow("Avaya") << u"{PBX=AVAYA ECS}"_s + net
+                               << QStringList{u"pAvaya"_s, u"pPword"_s, u"pAuto"_s} << u"Tcp/Ip"_s;
+        QTest::newRow("another system") << u"{PBX=MITEL}"_s + serial << QStringList{u"pAuto"_s} << u"Com2:"_s;
+        QTest::newRow("not used") << u"{PBX=Not used}"_s << QStringList{u"pAuto"_s} << QString();
+        QTest::newRow("no type yet") << u"{Comm=Tcp/Ip}"_s << QStringList{} << u"Tcp/Ip"_s;
+    }
+
+    void eachTypeShowsExactlyItsGroups()
+    {
+        QFETCH(QString, stored);
+        QFETCH(QStringList, groups);
+        QFETCH(QString, connection);
+
+        SitePage page;
+        page.load(stored);
+        QCOMPARE(shownGroups(page), sorted(groups));
+        QCOMPARE(child<QComboBox>(page, u"Comm"_s)->currentText(), connection);
+    }
+
+    void choosingTypeAndConnectionSwitchesTheGroups()
+    {
+        SitePage page;
+        auto *type = child<QComboBox>(page, u"sType"_s);
+        auto *comm = child<QComboBox>(page, u"Comm"_s);
+        page.load(u"{PBX=SIEMENS}{Comm=Tcp/Ip}"_s);
+
+        choose(comm, u"Com3:"_s);
+        QCOMPARE(shownGroups(page), sorted({u"pPword"_s, u"bPort"_s, u"pAuto"_s, u"bComm"_s}));
+        choose(comm, u"Tcp/Ip"_s);
+        QCOMPARE(shownGroups(page), sorted({u"pPword"_s, u"bPort"_s, u"pAuto"_s, u"bIp"_s, u"bIPPort"_s}));
+
+        choose(type, u"AVAYA ECS"_s);
+        QCOMPARE(shownGroups(page), sorted({u"pAvaya"_s, u"pPword"_s, u"pAuto"_s}));
+        // A connection chosen while the type has none shows nothing more.
+        choose(comm, u"Com1:"_s);
+        QCOMPARE(shownGroups(page), sorted({u"pAvaya"_s, u"pPword"_s, u"pAuto"_s}));
+
+        choose(type, u"Nortel BCM"_s);
+        QCOMPARE(shownGroups(page), QStringList{u"pAuto"_s});
+        QCOMPARE(comm->currentText(), u"Tcp/Ip"_s);
+
+        choose(type, u"Demonstration mode"_s);
+        QCOMPARE(shownGroups(page), QStringList{u"pDemo"_s});
+
+        choose(type, u"TELRAD"_s);
+        QCOMPARE(shownGroups(page), sorted({u"bPort"_s, u"bComm"_s}));
+        choose(comm, u"Tcp/Ip"_s); // not for a Telrad
+        QCOMPARE(comm->currentText(), u"Com1:"_s);
+        QCOMPARE(shownGroups(page), sorted({u"bPort"_s, u"bComm"_s}));
+
+        // The fixed lists offer what the site needs.
+        for (const QString &entry : {u"AVAYA ECS"_s, u"Nortel BCM"_s, u"SIEMENS"_s, u"INTERTEL"_s, u"TELRAD"_s,
+                                     u"TOSHIBA"_s, u"Demonstration mode"_s, u"Not used"_s})
+            QVERIFY2(type->findText(entry) >= 0, qPrintable(entry));
+        QCOMPARE(comm->count(), 9);
+        QCOMPARE(comm->itemText(0), u"Tcp/Ip"_s);
+        QCOMPARE(comm->itemText(8), u"Com8:"_s);
+    }
+
+    void loadingFillsDefaultsAndStoredValues()
+    {
+        SitePage page;
+        NetworkPage network;
+        page.load(QString());
+        network.load(QString());
+        QCOMPARE(child<QLineEdit>(page, u"Settings"_s)->text(), u"19200,n,8,1"_s);
+        QCOMPARE(child<QComboBox>(page, u"sVMType"_s)->currentText(), u"(None)"_s);
+        QVERIFY(!child<QCheckBox>(page, u"AutoDir"_s)->isChecked());
+        QCOMPARE(child<QComboBox>(page, u"sType"_s)->currentIndex(), -1);
+        QVERIFY(!child<QCheckBox>(network, u"netSend"_s)->isChecked());
+
+        const QString stored = u"{Name(S11)=Quay Office}{AutoDir(N1)=1}{PBX=samsung}{VMIP=10.1.1.9}{VMType=voxpro}"
+                               u"{Settings=9600,e,7,1}{Username=cti}{Password=pw}{Server=aes}{Random=30}"
+                               u"{Numbers=201,202}{FatalAlert=201}{WarningAlert=202}{DailyAlert=203}"
+                               u"{SendUpdates=1}{SendPath=\\\\fs\\upd}{Cluster=qs2,qs3}"_s;
+        page.load(stored);
+        network.load(stored);
+        QCOMPARE(child<QLineEdit>(page, u"sName"_s)->text(), u"Quay Office"_s);
+        QVERIFY(child<QCheckBox>(page, u"AutoDir"_s)->isChecked());
+        // A type the list does not offer is kept, so saving gives it back.
+        QCOMPARE(child<QComboBox>(page, u"sType"_s)->currentText(), u"samsung"_s);
+        QCOMPARE(child<QComboBox>(page, u"sVMType"_s)->currentText(), u"VoxPro"_s);
+        QCOMPARE(child<QLineEdit>(page, u"sVMIP"_s)->text(), u"10.1.1.9"_s);
+        QCOMPARE(child<QLineEdit>(page, u"Settings"_s)->text(), u"9600,e,7,1"_s);
+        QCOMPARE(child<QLineEdit>(page, u"Uname"_s)->text(), u"cti"_s);
+        QCOMPARE(child<QLineEdit>(page, u"PWord"_s)->text(), u"pw"_s);
+        QCOMPARE(child<QLineEdit>(page, u"PWord"_s)->echoMode(), QLineEdit::Password);
+        QCOMPARE(child<QLineEdit>(network, u"Alert_0"_s)->text(), u"201"_s);
+        QCOMPARE(child<QLineEdit>(network, u"Alert_2"_s)->text(), u"203"_s);
+        QVERIFY(child<QCheckBox>(network, u"netSend"_s)->isChecked());
+        QCOMPARE(child<QLineEdit>(network, u"netPath"_s)->text(), u"\\\\fs\\upd"_s);
+        QCOMPARE(child<QLineEdit>(network, u"netCluster"_s)->text(), u"qs2,qs3"_s);
+
+        // Loading again replaces everything: a field the new record lacks takes its default.
+        page.load(u"{Name=Dock}{PBX=NORTEL CTE}"_s);
+        QCOMPARE(child<QComboBox>(page, u"sType"_s)->currentText(), u"Nortel BCM"_s);
+        QCOMPARE(child<QLineEdit>(page, u"Settings"_s)->text(), u"19200,n,8,1"_s);
+        QCOMPARE(child<QComboBox>(page, u"sVMType"_s)->currentText(), u"(None)"_s);
+        QVERIFY(!child<QCheckBox>(page, u"AutoDir"_s)->isChecked());
+        QVERIFY(child<QLineEdit>(page, u"sVMIP"_s)->text().isEmpty());
+    }
+
+    void voiceMailTypeEnablesItsFields()
+    {
+        SitePage page;
+        auto *type = child<QComboBox>(page, u"sVMType"_s);
+        auto *number = child<QLineEdit>(page, u"sVM"_s);
+        auto *address = child<QLineEdit>(page, u"sVMIP"_s);
+        const QStringList types{u"(None)"_s, u"VoxBox"_s, u"VoxPro"_s, u"External Voice Mail"_s,
+                                u"Internal Voice Mail"_s};
+        QCOMPARE(type->count(), int(types.size()));
+        for (int i = 0; i < types.size(); ++i)
+            QCOMPARE(type->itemText(i), types.at(i));
+
+        choose(type, u"(None)"_s);
+        QVERIFY(!number->isEnabled());
+        QVERIFY(!address->isEnabled());
+        for (const QString &networked : {u"VoxBox"_s, u"VoxPro"_s, u"External Voice Mail"_s}) {
+            choose(type, networked);
+            QVERIFY2(number->isEnabled() && address->isEnabled(), qPrintable(networked));
+        }
+        choose(type, u"Internal Voice Mail"_s);
+        QVERIFY(number->isEnabled());
+        QVERIFY(!address->isEnabled());
+    }
+
+    void savedRecordKeepsTheOrderAndTheSettingsItDoesNotShow()
+    {
+        // Stored in another order, with a tag the tool does not know and one in other case.
+        const QString stored = u"{VMIP=10.0.0.9}{Licence(S3)=ABC}{Name=Old Site}{PBX=SIEMENS}{Comm=Tcp/Ip}"
+                               u"{Trunk=9}{Area=0161}{Operator=200}{Ip=10.0.0.5}{Port=3000}{Username=cti}"
+                               u"{Password=pw}{FatalAlert=201}{Cluster=qs2}{VMType=VoxBox}{VM=555}"
+                               u"{Expires(N4)=2031}{LCR=1470}"_s;
+        SitePage page;
+        NetworkPage network;
+        page.load(stored);
+        network.load(stored);
+        auto *name = child<QLineEdit>(page, u"sName"_s);
+        name->clear();
+        QTest::keyClicks(name, u"Harbour Site"_s);
+        child<QLineEdit>(page, u"sLCR"_s)->clear();
+
+        RecordValues values;
+        page.save(values);
+        network.save(values);
+        const QString saved = SettingsRecord::Build(SettingsRecord::PbxTags(), values, stored);
+
+        QCOMPARE(SettingsRecord::PbxTags(), pbxOrder);
+        // Cleared fields are left out; the check boxes are always written; unknown tags follow.
+        const QStringList expected{u"AutoDir"_s,     u"Name"_s,       u"Trunk"_s,    u"Area"_s,     u"Operator"_s,
+                                   u"PBX"_s,         u"Comm"_s,       u"Settings"_s, u"Ip"_s,       u"Port"_s,
+                                   u"Username"_s,    u"Password"_s,   u"FatalAlert"_s, u"SendUpdates"_s,
+                                   u"Cluster"_s,     u"VMType"_s,     u"VM"_s,       u"VMIp"_s,     u"Licence"_s,
+                                   u"Expires"_s};
+        QCOMPARE(tagNames(saved), expected);
+        QCOMPARE(GetText(saved, u"Name"_s), u"Harbour Site"_s);
+        QCOMPARE(GetText(saved, u"AutoDir"_s), u"0"_s);
+        QCOMPARE(GetText(saved, u"SendUpdates"_s), u"0"_s);
+        QCOMPARE(GetText(saved, u"Settings"_s), u"19200,n,8,1"_s);
+        QCOMPARE(GetText(saved, u"VMIp"_s), u"10.0.0.9"_s);
+        QCOMPARE(GetText(saved, u"Licence"_s), u"ABC"_s);
+        QCOMPARE(GetVar(saved, u"Expires"_s).toInt(), 2031);
+        QVERIFY(saved.contains(u"{Expires(N4)=2031}"_s));
+    }
+
+    void featuresGridShowsCommonAndStoredFeatures()
+    {
+        FeaturesPage page;
+        QTableWidget *grid = page.grid();
+        QCOMPARE(grid->objectName(), u"Features"_s);
+        QCOMPARE(grid->columnCount(), 2);
+        const QStringList common{u"Pickup"_s,     u"Park"_s,       u"Call forward"_s, u"Do not disturb"_s,
+                                 u"Voice mail"_s, u"Conference"_s, u"Transfer"_s,     u"Intrude"_s};
+        QCOMPARE(grid->rowCount(), int(common.size()));
+        for (int row = 0; row < common.size(); ++row)
+            QCOMPARE(grid->item(row, 0)->text(), common.at(row));
+
+        page.load(u"{Flash(S1)=R}{park(S3)=*44}{Pickup(S2)=*8}{Call forward(S2)=*2}"_s);
+        QCOMPARE(grid->rowCount(), int(common.size()) + 1);
+        QCOMPARE(grid->item(common.size(), 0)->text(), u"Flash"_s);
+        QCOMPARE(page.code(u"Park"_s), u"*44"_s);
+        QCOMPARE(page.code(u"Call forward"_s), u"*2"_s);
+        QVERIFY(page.code(u"Intrude"_s).isEmpty());
+
+        // The administrator types a code into the grid; a code cleared is left out.
+        grid->setCurrentCell(7, 1);
+        grid->item(7, 1)->setText(u"*9"_s);
+        page.setCode(u"Pickup"_s, QString());
+        const QString saved = page.record();
+        QCOMPARE(tagNames(saved), (QStringList{u"Park"_s, u"Call forward"_s, u"Intrude"_s, u"Flash"_s}));
+        QCOMPARE(GetText(saved, u"Intrude"_s), u"*9"_s);
+        QCOMPARE(GetText(saved, u"Flash"_s), u"R"_s);
+        // The feature names are not editable, the codes are.
+        QVERIFY(!(grid->item(0, 0)->flags() & Qt::ItemIsEditable));
+        QVERIFY(grid->item(0, 1)->flags() & Qt::ItemIsEditable);
+
+        // A reload drops rows of features the new record no longer has.
+        page.load(u"{Pickup=*7}"_s);
+        QCOMPARE(grid->rowCount(), int(common.size()));
+        QCOMPARE(page.code(u"Pickup"_s), u"*7"_s);
+        QVERIFY(page.code(u"Intrude"_s).isEmpty());
+    }
+
+private:
+    QTemporaryDir m_dir;
+};
+
+QTEST_MAIN(SitePageTest)
+#include "tst_sitepage.moc"
