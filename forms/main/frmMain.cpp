@@ -125,6 +125,8 @@ void frmMain::Form_Load()
     m_ui->Tip->setMinimumHeight(m_ui->Tip->fontMetrics().lineSpacing() * 3 + 12);
     m_ui->Tabs->setCurrentIndex(Directory);
     Tabs_Click(Directory);
+    // Room for the directory's columns and the site's two columns of settings.
+    resize(sizeHint().expandedTo(QSize(840, 600)));
     watchTips();
 }
 

@@ -11,6 +11,7 @@ using namespace Qt::StringLiterals;
 NetworkPage::NetworkPage(QWidget *parent) : QWidget(parent), m_ui(std::make_unique<Ui::NetworkPage>())
 {
     m_ui->setupUi(this);
+    AlignFormLabels({this});
 }
 
 NetworkPage::~NetworkPage() = default;
@@ -23,6 +24,8 @@ void NetworkPage::load(const QString &options)
     GetOption(m_ui->netSend, GetText(options, u"SendUpdates"_s, u"0"_s));
     m_ui->netPath->setText(GetText(options, u"SendPath"_s));
     m_ui->netCluster->setText(GetText(options, u"Cluster"_s));
+    for (QLineEdit *edit : findChildren<QLineEdit *>())
+        edit->setCursorPosition(0);
 }
 
 void NetworkPage::save(RecordValues &values) const

@@ -10,6 +10,7 @@
 #include <QComboBox>
 #include <QFormLayout>
 #include <QLabel>
+#include <QLineEdit>
 
 using namespace Qt::StringLiterals;
 
@@ -111,7 +112,9 @@ SitePage::SitePage(QWidget *parent) : QWidget(parent), m_ui(std::make_unique<Ui:
     m_ui->sType->setCurrentIndex(-1);
     m_ui->Comm->setCurrentIndex(-1);
     m_ui->Settings->setText(defaultSerialSettings);
-    alignLabels();
+    // The groups of each column have forms of their own; their fields line up in one column.
+    AlignFormLabels({m_ui->fraSite, m_ui->fraVoiceMail});
+    AlignFormLabels({m_ui->fraPBX});
 
     connect(m_ui->sType, &QComboBox::currentIndexChanged, this,
             [this] { Guard(u" @ frmMain.sType_Click"_s, [this] { sType_Click(); }); });
@@ -190,6 +193,9 @@ void SitePage::load(const QString &options)
     }
     sType_Click();
     sVMType_Click();
+    // Long values show from their beginning.
+    for (QLineEdit *edit : findChildren<QLineEdit *>())
+        edit->setCursorPosition(0);
 }
 
 void SitePage::save(RecordValues &values) const
@@ -300,18 +306,18 @@ void SitePage::sVMType_Click()
     m_ui->sVMIP->setEnabled(networked);
 }
 
-// The groups of the telephone-system box each have a form of their own; one label width for
-// all of them keeps their fields in one column.
-void SitePage::alignLabels()
+void AlignFormLabels(const QList<QWidget *> &containers)
 {
-    const QList<QFormLayout *> forms = m_ui->fraPBX->findChildren<QFormLayout *>();
-    int width = 0;
     QList<QWidget *> labels;
-    for (QFormLayout *form : forms) {
-        for (int row = 0; row < form->rowCount(); ++row) {
-            if (QLayoutItem *item = form->itemAt(row, QFormLayout::LabelRole); item && item->widget()) {
-                labels << item->widget();
-                width = std::max(width, item->widget()->sizeHint().width());
+    int width = 0;
+    for (QWidget *container : containers) {
+        for (QFormLayout *form : container->findChildren<QFormLayout *>()) {
+            for (int row = 0; row < form->rowCount(); ++row) {
+                QLayoutItem *item = form->itemAt(row, QFormLayout::LabelRole);
+                if (item && item->widget()) {
+                    labels << item->widget();
+                    width = std::max(width, item->widget()->sizeHint().width());
+                }
             }
         }
     }

@@ -28,6 +28,10 @@ QString Build(const QStringList &tags, const RecordValues &values, const QString
 void AppendOtherTags(QString &record, const QString &original, const QStringList &known);
 } // namespace SettingsRecord
 
+// Gives the labels of every form layout inside the containers one width, so that forms stacked in
+// separate groups keep their fields in one column.
+void AlignFormLabels(const QList<QWidget *> &containers);
+
 class SitePage : public QWidget
 {
     Q_OBJECT
@@ -58,7 +62,5 @@ public:
     void sVMType_Click();
 
 private:
-    void alignLabels();
-
     std::unique_ptr<Ui::SitePage> m_ui;
 };

@@ -508,7 +508,6 @@ void MainWindowTest::picturesOfEveryPage()
 {
     Tool tool(m_relay.url());
     QVERIFY(tool.waitLoaded());
-    tool.window.resize(tool.window.sizeHint());
     // QUILL_SCREENSHOT_DIR keeps the pictures for a look at the layout.
     const QString dir = qEnvironmentVariable("QUILL_SCREENSHOT_DIR", m_dir.filePath(u"pictures"_s));
     QString error;
