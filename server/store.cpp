@@ -318,7 +318,7 @@ std::optional<qint64> Store::createRecord(Table table)
 
 bool Store::deleteRecord(Table table, qint64 id)
 {
-    QSqlQuery &fieldsGone = prepared(DeleteRecordFields, u"DELETE FROM field WHERE tbl = ? AND id = ?"_s);
+    QSqlQuery &fieldsGone = prepared(DeleteRecordFields, u"DELETE FROM field INDEXED BY field_by_record WHERE tbl = ? AND id = ?"_s);
     fieldsGone.bindValue(0, int(table));
     fieldsGone.bindValue(1, id);
     if (!fieldsGone.exec())
@@ -333,7 +333,7 @@ bool Store::deleteRecord(Table table, qint64 id)
 
 QList<StoredField> Store::fields(Table table, qint64 id)
 {
-    QSqlQuery &query = prepared(SelectFields, u"SELECT name, type, value FROM field WHERE tbl = ? AND id = ? ORDER BY fkey"_s);
+    QSqlQuery &query = prepared(SelectFields, u"SELECT name, type, value FROM field INDEXED BY field_by_record WHERE tbl = ? AND id = ? ORDER BY fkey"_s);
     query.bindValue(0, int(table));
     query.bindValue(1, id);
     QList<StoredField> result;
@@ -385,21 +385,22 @@ bool Store::setField(Table table, qint64 id, const QString &name, QChar type, co
 QList<StoredField> Store::column(Table table, QStringView name, const QList<qint64> &ids)
 {
     QList<StoredField> result(ids.size());
-    QSqlQuery &query = prepared(SelectColumn,
-                                u"SELECT id, name, type, value FROM field WHERE tbl = ? AND fkey = ? ORDER BY id"_s);
+    QSqlQuery &query = prepared(SelectColumn, u"SELECT id, type, value FROM field WHERE tbl = ? AND fkey = ? ORDER BY id"_s);
     query.bindValue(0, int(table));
     query.bindValue(1, FieldKey(name));
     if (!query.exec())
         return result;
-    // Both sides are in id order: walk them together.
+    // Every value of the column carries the name as asked (one shared string), not as stored.
+    const QString asked = name.toString();
     qsizetype row = 0;
+    // Both sides are in id order: walk them together.
     while (query.next() && row < ids.size()) {
         const qint64 id = query.value(0).toLongLong();
         while (row < ids.size() && ids[row] < id)
             ++row;
         if (row < ids.size() && ids[row] == id) {
-            const QString type = query.value(2).toString();
-            result[row] = {query.value(1).toString(), type.isEmpty() ? u'S' : type.at(0), query.value(3).toString()};
+            const QString type = query.value(1).toString();
+            result[row] = {asked, type.isEmpty() ? u'S' : type.at(0), query.value(2).toString()};
             ++row;
         }
     }

@@ -70,6 +70,7 @@ public:
     bool setField(Table table, qint64 id, const QString &name, QChar type, const QString &value);
 
     // One field of every record, aligned with ids (which must be ascending): what GetList reads.
+    // Each value carries name as given.
     QList<StoredField> column(Table table, QStringView name, const QList<qint64> &ids);
 
     // The device whose Ext is number (compared without regard to case).
