@@ -206,6 +206,7 @@ private:
     void getField();
     void getFields();
     void setFields();
+    void setBlock(const QString &idText);
     void setField();
     void deleteRecords();
     void abRebuild();
@@ -596,30 +597,11 @@ void CommandProcessor::Run::setFields()
     const auto idText = text(u"Id");
     if (!idText || idText->trimmed().isEmpty())
         return refuse(u"no Id"_s);
+    if (m_table == Table::System)
+        return setBlock(*idText);
     auto fields = recordFields();
     if (!fields)
         return;
-
-    if (m_table == Table::System) {
-        const auto block = Store::SystemBlockId(*idText);
-        if (!block)
-            return refuse(u"no block "_s + oneLine(*idText));
-        // A block lives in its field Options. Accept it inside Fields, beside Fields, or as the
-        // whole of Fields (the block's own tags sent without the Options wrapper).
-        const bool wrapped = std::any_of(fields->cbegin(), fields->cend(), [](const TagEntry &f) {
-            return f.name.compare(u"Options", Qt::CaseInsensitive) == 0;
-        });
-        if (!wrapped) {
-            const TagEntry *options = entry(u"Options");
-            const TagEntry *whole = entry(u"Fields");
-            if (options)
-                *fields = {TagEntry{u"Options"_s, options->type.isNull() ? u'S' : options->type, options->value, true}};
-            else if (whole && !fields->isEmpty())
-                *fields = {TagEntry{u"Options"_s, u'S', whole->value, true}};
-        }
-        mergeFields(*block, *fields);
-        return;
-    }
 
     const auto parsed = parseIds(*idText);
     if (parsed && parsed->size() == 1 && parsed->first() < 0) {
@@ -654,6 +636,32 @@ void CommandProcessor::Run::setFields()
     for (qint64 id : *ids) {
         if (!mergeFields(id, *fields))
             return;
+    }
+}
+
+// A System block lives in its field Options. Accept it inside Fields ({Fields={Options=...}}),
+// beside Fields ({Options=...}), or as the whole of Fields: the block's own tags sent without the
+// Options wrapper, whose names (feature names such as "Call forward") need not be field names.
+void CommandProcessor::Run::setBlock(const QString &idText)
+{
+    const auto block = Store::SystemBlockId(idText);
+    if (!block)
+        return refuse(u"no block "_s + oneLine(idText));
+    const TagEntry *whole = entry(u"Fields");
+    const TagEntry *beside = entry(u"Options");
+    if (whole && !WellFormedEntries(whole->value))
+        return refuse(u"malformed Fields"_s);
+    const QList<TagEntry> entries = whole ? SplitEntries(whole->value) : QList<TagEntry>();
+    const bool wrapped = std::any_of(entries.cbegin(), entries.cend(), [](const TagEntry &f) {
+        return f.name.trimmed().compare(u"Options", Qt::CaseInsensitive) == 0;
+    });
+    if (wrapped) {
+        if (const auto fields = recordFields())
+            mergeFields(*block, *fields);
+    } else if (!entries.isEmpty()) {
+        mergeFields(*block, {TagEntry{u"Options"_s, u'S', whole->value, true}});
+    } else if (beside) {
+        mergeFields(*block, {TagEntry{u"Options"_s, beside->type.isNull() ? u'S' : beside->type, beside->value, true}});
     }
 }
 

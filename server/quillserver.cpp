@@ -142,6 +142,10 @@ bool QuillServer::isEmpty() const
 
 void QuillServer::seedDemo()
 {
+    if (!m_store->isOpen()) {
+        qCWarning(lcServer) << "no database is open; the demo site was not loaded";
+        return;
+    }
     if (!isEmpty()) {
         qCInfo(lcServer) << "the database holds data; the demo site was not loaded";
         return;

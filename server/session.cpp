@@ -95,8 +95,15 @@ void Session::frameArrived(const QString &frame)
         return;
     }
     const QString reply = m_server.execute(frame);
-    if (!reply.isEmpty())
-        m_socket->sendTextMessage(reply);
+    if (reply.isEmpty())
+        return;
+    // The client refuses frames over the limit too: a reply that large would only cost it the
+    // connection, again after every reconnect.
+    if (quint64(reply.size()) * 3 > MaxFrameBytes && quint64(reply.toUtf8().size()) > MaxFrameBytes) {
+        m_server.refuse(u"reply of %1 characters to %2 is over 16 MiB; not sent"_s.arg(reply.size()).arg(m_peer));
+        return;
+    }
+    m_socket->sendTextMessage(reply);
 }
 
 void Session::binaryArrived()

@@ -309,6 +309,16 @@ void tst_ServerCommands::systemBlocksRoutingOrderRebuildAndPing()
     QCOMPARE(GetText(GetText(codes, u"Options"_s), u"Park"_s), u"*44"_s);
     QVERIFY(!codes.contains(u"AVAYA"_s));
 
+    // The feature codes may also come as the block's own tags, without the Options wrapper; their
+    // names are the features' names, blanks and all.
+    QString bare = u"{Cmd=SetFields}{Table=System}{Id=FEATURES}"_s;
+    AddVar(bare, u"Fields"_s, record({{u"Call forward"_s, u"*2"_s}, {u"Park, retrieve"_s, u"*45"_s}}));
+    send(bare);
+    const QString renamed = GetText(request(u"{Cmd=GetField}{Table=System}{Id=FEATURES}{Field=Options}{Ref=MAIN-FEATURES}"_s), u"Options"_s);
+    QCOMPARE(GetText(renamed, u"Call forward"_s), u"*2"_s);
+    QCOMPARE(GetText(renamed, u"Park, retrieve"_s), u"*45"_s);
+    QVERIFY(!renamed.contains(u"{Park("_s)); // the block is replaced whole
+
     // Moving a routing condition: two SetField commands swap the orders.
     send(setFields(u"Routing"_s, record({{u"Order"_s, QVariant(1)}, {u"Name"_s, u"Night"_s}}), u"-1"_s));
     send(setFields(u"Routing"_s, record({{u"Order"_s, QVariant(2)}, {u"Name"_s, u"Day"_s}}), u"-1"_s));

@@ -26,6 +26,7 @@ private slots:
     void logInAcceptsTheRightPasswordOnly();
     void framesBeforeLogInAreRefusedAndTheConnectionClosed();
     void sessionsShareCommittedWritesAndLogOut();
+    void repliesOverTheLimitAreNotSent();
     void tlsSessionsWork();
 
 private:
@@ -135,6 +136,32 @@ void tst_ServerSession::sessionsShareCommittedWritesAndLogOut()
     writer.send(u"{Session=Logout}"_s);
     QVERIFY(writer.waitClosed());
     QCOMPARE(reader.request(u"{Cmd=Ping}{Handler=Branch}"_s), u"{Cmd=PINGECHO}"_s);
+}
+
+void tst_ServerSession::repliesOverTheLimitAreNotSent()
+{
+    RawClient client;
+    QVERIFY(client.open(m_server->url()));
+    QVERIFY(client.logIn(adminUser, adminPassword));
+    // Three notes of 6 MiB each: every write fits in a frame, the list of all three does not.
+    for (int i = 0; i < 3; ++i) {
+        QString fields;
+        AddVar(fields, u"Name"_s, u"Big %1"_s.arg(i));
+        AddVar(fields, u"Script"_s, QString(6 * 1024 * 1024, QChar(u'a' + i)));
+        QString create = u"{Cmd=SetFields}{Table=Scripts}"_s;
+        AddVar(create, u"Fields"_s, fields);
+        AddVar(create, u"Id"_s, -1);
+        client.send(create);
+    }
+    QVERIFY(client.sync());
+    const int refusalsBefore = m_server->refusalLines();
+    client.send(u"{Cmd=GetList}{Table=Scripts}{Ref=MAIN-SCRIPTS}{Fields=Id,Name,Script}{Sort=Name}"_s);
+    QCOMPARE(client.request(u"{Cmd=Ping}{Handler=Branch}"_s), u"{Cmd=PINGECHO}"_s);
+    QTRY_COMPARE(m_server->refusalLines(), refusalsBefore + 1);
+
+    // The session goes on, and a smaller reply still arrives.
+    const QString names = client.request(u"{Cmd=GetList}{Table=Scripts}{Ref=MAIN-SCRIPTS}{Fields=Id,Name}{Sort=Name}"_s);
+    QVERIFY(names.contains(u"Big 2"_s));
 }
 
 void tst_ServerSession::tlsSessionsWork()
