@@ -9,7 +9,8 @@
 
 class QTableWidget;
 
-struct FeatureCode {
+struct FeatureCode
+{
     QString tag;     // as the FEATURES record stores it
     QString caption; // as the grid shows it (translated)
 };

@@ -55,8 +55,8 @@ QString systemWrite(const QString &block, const QString &options)
 
 frmMain::frmMain(ServerLink &link, QWidget *parent)
     : QMainWindow(parent), m_link(link), m_ui(std::make_unique<Ui::frmMain>()),
-      m_windows(new PropertyWindows(this)), m_events(new SessionEvents(link, this)), m_pingTimer(new QTimer(this)),
-      m_productName(u"QuillServer"_s)
+      m_windows(new PropertyWindows(this)), m_events(new SessionEvents(link, this)),
+      m_pingTimer(new QTimer(this)), m_productName(u"QuillServer"_s)
 {
     m_ui->setupUi(this);
     buildPages();
@@ -134,7 +134,9 @@ void frmMain::watchTips()
 {
     m_tips = new TipFilter(
         m_ui->Tip,
-        [this](const ControlTip &tip) { return Tips::ControlTipText(tip, m_productName, m_site->systemType()); },
+        [this](const ControlTip &tip) {
+            return Tips::ControlTipText(tip, m_productName, m_site->systemType());
+        },
         this);
     const QStringList missing = m_tips->watch(this);
     if (!missing.isEmpty())

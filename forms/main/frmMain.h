@@ -114,11 +114,11 @@ private:
     RecordList *m_scripts = nullptr;
 
     QString m_productName;
-    QString m_pbxOptions;      // the PBX record as the server last sent it
-    QString m_featureOptions;  // the FEATURES record as the server last sent it
+    QString m_pbxOptions;     // the PBX record as the server last sent it
+    QString m_featureOptions; // the FEATURES record as the server last sent it
     bool m_pbxLoaded = false;
     bool m_featuresLoaded = false;
-    QSet<QString> m_arrived;   // MAIN- replies since the last load began
+    QSet<QString> m_arrived; // MAIN- replies since the last load began
     bool m_endsProgram = false;
     bool m_unloaded = false;
 };

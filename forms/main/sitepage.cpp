@@ -71,11 +71,11 @@ namespace SettingsRecord {
 const QStringList &PbxTags()
 {
     static const QStringList tags{
-        u"AutoDir"_s,    u"Name"_s,         u"Trunk"_s,       u"LCR"_s,        u"Area"_s,
-        u"Operator"_s,   u"PBX"_s,          u"Comm"_s,        u"Random"_s,     u"Numbers"_s,
-        u"Settings"_s,   u"Ip"_s,           u"Port"_s,        u"Server"_s,     u"Username"_s,
-        u"Password"_s,   u"FatalAlert"_s,   u"WarningAlert"_s, u"DailyAlert"_s, u"SendUpdates"_s,
-        u"SendPath"_s,   u"Cluster"_s,      u"VMType"_s,      u"VM"_s,         u"VMIp"_s,
+        u"AutoDir"_s,  u"Name"_s,       u"Trunk"_s,        u"LCR"_s,        u"Area"_s,
+        u"Operator"_s, u"PBX"_s,        u"Comm"_s,         u"Random"_s,     u"Numbers"_s,
+        u"Settings"_s, u"Ip"_s,         u"Port"_s,         u"Server"_s,     u"Username"_s,
+        u"Password"_s, u"FatalAlert"_s, u"WarningAlert"_s, u"DailyAlert"_s, u"SendUpdates"_s,
+        u"SendPath"_s, u"Cluster"_s,    u"VMType"_s,       u"VM"_s,         u"VMIp"_s,
     };
     return tags;
 }
@@ -131,9 +131,9 @@ SitePage::~SitePage() = default;
 const QStringList &SitePage::SystemTypes()
 {
     static const QStringList types{
-        u"ALCATEL"_s, u"AVAYA ECS"_s, u"ERICSSON"_s, u"INTERTEL"_s,           u"MITEL"_s,
-        u"NEC"_s,     nortelShown,    u"PANASONIC"_s, u"SIEMENS"_s,           u"TELRAD"_s,
-        u"TOSHIBA"_s, u"Demonstration mode"_s,        u"Not used"_s,
+        u"ALCATEL"_s,  u"AVAYA ECS"_s, u"ERICSSON"_s, u"INTERTEL"_s, u"MITEL"_s,   u"NEC"_s,
+        nortelShown,   u"PANASONIC"_s, u"SIEMENS"_s,  u"TELRAD"_s,   u"TOSHIBA"_s, u"Demonstration mode"_s,
+        u"Not used"_s,
     };
     return types;
 }
@@ -229,7 +229,7 @@ QString SitePage::systemType() const
 
 void SitePage::sType_Click()
 {
-    QWidget *const groups[] = {m_ui->bPort, m_ui->bIp,    m_ui->bIPPort, m_ui->bComm,
+    QWidget *const groups[] = {m_ui->bPort,  m_ui->bIp,   m_ui->bIPPort, m_ui->bComm,
                                m_ui->pPword, m_ui->pDemo, m_ui->pAvaya,  m_ui->pAuto};
     for (QWidget *group : groups)
         group->hide();

@@ -16,7 +16,8 @@ class QWidget;
 
 // One control's help text as the translator knows it: key "QS0xx" and the English text, where
 // "<1>" stands for the server's product name (or, for AutoDir, the telephone-system type).
-struct ControlTip {
+struct ControlTip
+{
     QString control; // objectName of the control
     QString key;
     QString text;

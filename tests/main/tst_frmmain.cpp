@@ -27,7 +27,8 @@
 namespace {
 
 // One running copy of the tool: its session, its link and its main window.
-struct Tool {
+struct Tool
+{
     usrSession session;
     ServerLink link{session};
     frmMain window{link};
@@ -37,13 +38,12 @@ struct Tool {
         session.setCredentials({server, TestServer::user(), TestServer::password(), {}});
         session.StartSession(Startup::ApplicationTitle(u"QuillServer"_s));
     }
-    bool waitLoaded() { return QTest::qWaitFor([this] { return window.isLoaded(); }, 20000); }
-
-    template <typename T>
-    T *control(const QString &name) const
+    bool waitLoaded()
     {
-        return window.findChild<T *>(name);
+        return QTest::qWaitFor([this] { return window.isLoaded(); }, 20000);
     }
+
+    template <typename T> T *control(const QString &name) const { return window.findChild<T *>(name); }
     QLabel *tip() const { return control<QLabel>(u"Tip"_s); }
     QTabWidget *tabs() const { return control<QTabWidget>(u"Tabs"_s); }
 };
@@ -66,7 +66,10 @@ public:
     }
     ~Probe() { m_session.CloseSession(); }
 
-    bool ready() { return QTest::qWaitFor([this] { return m_ready; }, 20000); }
+    bool ready()
+    {
+        return QTest::qWaitFor([this] { return m_ready; }, 20000);
+    }
 
     // Sends a read whose literal carries "{Ref=PROBE-...}" and waits for its answer.
     QString ask(const QString &command)
@@ -80,8 +83,8 @@ public:
     }
     QString systemBlock(const QString &block)
     {
-        return GetText(ask(u"{Cmd=GetField}{Table=System}{Id="_s + block + u"}{Field=Options}{Ref=PROBE-"_s + block
-                           + u"}"_s),
+        return GetText(ask(u"{Cmd=GetField}{Table=System}{Id="_s + block + u"}{Field=Options}{Ref=PROBE-"_s +
+                           block + u"}"_s),
                        u"Options"_s);
     }
     void setSystemBlock(const QString &block, const QString &options)
@@ -95,8 +98,8 @@ public:
     // The names of a list, in the server's order.
     QStringList names(const QString &table, const QString &sort)
     {
-        const QString reply = ask(u"{Cmd=GetList}{Table="_s + table + u"}{Ref=PROBE-"_s + table.toUpper()
-                                  + u"}{Fields=Id,Name}{Sort="_s + sort + u"}"_s);
+        const QString reply = ask(u"{Cmd=GetList}{Table="_s + table + u"}{Ref=PROBE-"_s + table.toUpper() +
+                                  u"}{Fields=Id,Name}{Sort="_s + sort + u"}"_s);
         QStringList names;
         for (const QString &row : ReadList(reply))
             names << GetText(row, u"Name"_s);
@@ -181,7 +184,8 @@ void MainWindowTest::everyPageFillsFromTheServer()
     // Devices: as many rows as the server has.
     const QString devices = probe.ask(u"{Cmd=GetList}{Table=Exts}{Ref=PROBE-EXTS}{Fields=Id}{Sort=Type}"_s);
     QVERIFY(GetVar(devices, u"ListCount"_s).toInt() > 0);
-    QCOMPARE(tool.control<QTreeView>(u"List"_s)->model()->rowCount(), GetVar(devices, u"ListCount"_s).toInt());
+    QCOMPARE(tool.control<QTreeView>(u"List"_s)->model()->rowCount(),
+             GetVar(devices, u"ListCount"_s).toInt());
 
     // The record lists, in the server's order.
     const auto namesOf = [&](RecordKind kind) { return tool.window.recordList(kind)->names(); };
@@ -253,14 +257,16 @@ void MainWindowTest::selectingAPageShowsItsPanelAndTip()
     // Under the other product name the title and the scripts tip follow.
     tool.window.setProductName(u"Halyard"_s);
     QCOMPARE(tool.window.windowTitle(), u"Halyard configuration"_s);
-    QCOMPARE(tool.tip()->text(),
-             u"Scripts are available to HALYARD clients. They are written in VB Script and run on the client machine."_s);
+    QCOMPARE(
+        tool.tip()->text(),
+        u"Scripts are available to HALYARD clients. They are written in VB Script and run on the client machine."_s);
     tool.window.close();
 }
 
 void MainWindowTest::everyControlShowsItsTip()
 {
-    struct Row {
+    struct Row
+    {
         QString control;
         QString type; // the telephone system that shows the control
         QString connection;
@@ -269,14 +275,17 @@ void MainWindowTest::everyControlShowsItsTip()
     const QString siemens = u"SIEMENS"_s;
     const QString net = u"Tcp/Ip"_s;
     const QList<Row> rows{
-        {u"AutoDir"_s, u"AVAYA ECS"_s, net, u"Select Auto create for AVAYA ECS to 'learn' your extension numbers."_s},
+        {u"AutoDir"_s, u"AVAYA ECS"_s, net,
+         u"Select Auto create for AVAYA ECS to 'learn' your extension numbers."_s},
         {u"Campaigns"_s, siemens, net, u"Lists Campaigns QuillServer has been configured to use."_s},
         {u"Ab"_s, siemens, net, u"List of public Address Books QuillServer has been configured to use."_s},
         {u"Alert_0"_s, siemens, net, u"Enter the extension number of the users to send fatal warnings to."_s},
-        {u"Alert_1"_s, siemens, net, u"Enter the extension number of the users to send non fatal warnings to."_s},
+        {u"Alert_1"_s, siemens, net,
+         u"Enter the extension number of the users to send non fatal warnings to."_s},
         {u"Alert_2"_s, siemens, net, u"Enter the extension number of the users to send daily reports to."_s},
         {u"Ip"_s, siemens, net, u"Enter the IP address of your telephone system."_s},
-        {u"List"_s, siemens, net, u"List of configured extensions, agents and trunks of your telephone system."_s},
+        {u"List"_s, siemens, net,
+         u"List of configured extensions, agents and trunks of your telephone system."_s},
         {u"netCluster"_s, siemens, net, u"Enter a comma separated list of remote servers."_s},
         {u"netPath"_s, siemens, net,
          u"Enter the source path of the update files.  This should be in UNC format. ie \\\\server\\share\\path."_s},
@@ -290,12 +299,17 @@ void MainWindowTest::everyControlShowsItsTip()
         {u"AButton_0"_s, siemens, net, u"Click this to add an Address Book to the list."_s},
         {u"AButton_1"_s, siemens, net, u"Click this to edit the properties of the selected Address Book."_s},
         {u"AButton_2"_s, siemens, net, u"Click this to remove the selected Address Book from QuillServer."_s},
-        {u"AButton_3"_s, siemens, net, u"Click this to move the selected Address Book up in the priority order."_s},
-        {u"AButton_4"_s, siemens, net, u"Click this to move the selected Address Book down in the priority order."_s},
+        {u"AButton_3"_s, siemens, net,
+         u"Click this to move the selected Address Book up in the priority order."_s},
+        {u"AButton_4"_s, siemens, net,
+         u"Click this to move the selected Address Book down in the priority order."_s},
         {u"RButton_0"_s, siemens, net, u"Click this to add a Routing Condition to the list."_s},
-        {u"RButton_1"_s, siemens, net, u"Click this to edit the properties of the selected Routing Condition."_s},
-        {u"RButton_2"_s, siemens, net, u"Click this to stop using the selected Routing Condition in QuillPhone."_s},
-        {u"RButton_3"_s, siemens, net, u"Click this to move the selected Routing Condition up in the priority order."_s},
+        {u"RButton_1"_s, siemens, net,
+         u"Click this to edit the properties of the selected Routing Condition."_s},
+        {u"RButton_2"_s, siemens, net,
+         u"Click this to stop using the selected Routing Condition in QuillPhone."_s},
+        {u"RButton_3"_s, siemens, net,
+         u"Click this to move the selected Routing Condition up in the priority order."_s},
         {u"RButton_4"_s, siemens, net,
          u"Click this to move the selected Routing Condition down in the priority order."_s},
         {u"CButton_0"_s, siemens, net, u"Click this to add a campaign."_s},
@@ -308,7 +322,8 @@ void MainWindowTest::everyControlShowsItsTip()
         {u"Comm"_s, siemens, net,
          u"Select which Com port or network protocol your telephone system is connected to the server on."_s},
         {u"DButton_0"_s, siemens, net, u"Click this button to add a new extension."_s},
-        {u"DButton_1"_s, siemens, net, u"Click this button to edit the properties of the selected extension."_s},
+        {u"DButton_1"_s, siemens, net,
+         u"Click this button to edit the properties of the selected extension."_s},
         {u"DButton_2"_s, siemens, net, u"Click this button to remove the selected extension."_s},
         {u"OK"_s, siemens, net, u"Click this button to save changes and exit Configuration."_s},
         {u"sArea"_s, siemens, net, u"Enter the area code of the city your telephone system is in."_s},
@@ -318,13 +333,16 @@ void MainWindowTest::everyControlShowsItsTip()
         {u"sName"_s, siemens, net, u"Enter your site name here."_s},
         {u"Features"_s, siemens, net,
          u"This is the list of codes dialed to access the various special features of your telephone system."_s},
-        {u"sTrunk"_s, siemens, net, u"Enter the number which must be dialed before dialing an external number."_s},
-        {u"sLCR"_s, siemens, net, u"Enter the LCR codes separated by commas which can precede external numbers."_s},
+        {u"sTrunk"_s, siemens, net,
+         u"Enter the number which must be dialed before dialing an external number."_s},
+        {u"sLCR"_s, siemens, net,
+         u"Enter the LCR codes separated by commas which can precede external numbers."_s},
         {u"sOperator"_s, siemens, net, u"Enter the main operator's extension or group number."_s},
         {u"sVM"_s, siemens, net, u"Enter the number to use to access the voice mail."_s},
         {u"sVMType"_s, siemens, net, u"Select the type of voice mail used."_s},
         {u"sVMIP"_s, siemens, net, u"Enter the IP address of the voice mail."_s},
-        {u"sType"_s, siemens, net, u"Select the type of telephone system QuillServer is connected to from the list."_s},
+        {u"sType"_s, siemens, net,
+         u"Select the type of telephone system QuillServer is connected to from the list."_s},
         {u"Routing"_s, siemens, net, u"List of Routing Conditions QuillServer has been configured to use."_s},
     };
 
@@ -377,11 +395,12 @@ void MainWindowTest::okStoresTheSettingsInOrderAndTheyOutliveARestart()
     QVERIFY(probe.ready());
     const QString originalPbx = probe.systemBlock(u"PBX"_s);
     // Stored out of order, with a setting the tool does not show and one tag in other case.
-    const QString stored = u"{VMIP=10.0.0.9}{Licence(S3)=ABC}{Name=Old Site}{PBX=SIEMENS}{Comm=Tcp/Ip}{Trunk=9}"
-                           u"{AutoDir=1}{Area=0161}{Operator=200}{LCR=1470,1471}{Random=30}{Numbers=201,202}"
-                           u"{Settings=9600,n,8,1}{Ip=10.0.0.5}{Port=3000}{Server=aes1}{Username=cti}{Password=pw}"
-                           u"{FatalAlert=201}{WarningAlert=202}{DailyAlert=203}{SendUpdates=1}"
-                           u"{SendPath=\\\\srv\\upd}{Cluster=qs2,qs3}{VMType=VoxBox}{VM=555}"_s;
+    const QString stored =
+        u"{VMIP=10.0.0.9}{Licence(S3)=ABC}{Name=Old Site}{PBX=SIEMENS}{Comm=Tcp/Ip}{Trunk=9}"
+        u"{AutoDir=1}{Area=0161}{Operator=200}{LCR=1470,1471}{Random=30}{Numbers=201,202}"
+        u"{Settings=9600,n,8,1}{Ip=10.0.0.5}{Port=3000}{Server=aes1}{Username=cti}{Password=pw}"
+        u"{FatalAlert=201}{WarningAlert=202}{DailyAlert=203}{SendUpdates=1}"
+        u"{SendPath=\\\\srv\\upd}{Cluster=qs2,qs3}{VMType=VoxBox}{VM=555}"_s;
     probe.setSystemBlock(u"PBX"_s, stored);
     probe.setSystemBlock(u"FEATURES"_s, u"{Pickup=*8}{Flash=R}{Park=*44}"_s);
     QCOMPARE(probe.systemBlock(u"PBX"_s), stored);
@@ -407,21 +426,23 @@ void MainWindowTest::okStoresTheSettingsInOrderAndTheyOutliveARestart()
     }
 
     // The settings record: every tag in its place, then the one the tool does not show.
-    QVERIFY2(sent.at(0).startsWith(u"{Cmd=SetFields}{Table=System}{Id=PBX}{Fields(S"_s), qPrintable(sent.at(0)));
+    QVERIFY2(sent.at(0).startsWith(u"{Cmd=SetFields}{Table=System}{Id=PBX}{Fields(S"_s),
+             qPrintable(sent.at(0)));
     const QString pbx = GetText(GetText(sent.at(0), u"Fields"_s), u"Options"_s);
-    const QStringList order{u"AutoDir"_s,     u"Name"_s,         u"Trunk"_s,      u"LCR"_s,          u"Area"_s,
-                            u"Operator"_s,    u"PBX"_s,          u"Comm"_s,       u"Random"_s,       u"Numbers"_s,
-                            u"Settings"_s,    u"Ip"_s,           u"Port"_s,       u"Server"_s,       u"Username"_s,
-                            u"Password"_s,    u"FatalAlert"_s,   u"WarningAlert"_s, u"DailyAlert"_s, u"SendUpdates"_s,
-                            u"SendPath"_s,    u"Cluster"_s,      u"VMType"_s,     u"VM"_s,           u"VMIp"_s,
-                            u"Licence"_s};
+    const QStringList order{
+        u"AutoDir"_s,    u"Name"_s,        u"Trunk"_s,    u"LCR"_s,      u"Area"_s,       u"Operator"_s,
+        u"PBX"_s,        u"Comm"_s,        u"Random"_s,   u"Numbers"_s,  u"Settings"_s,   u"Ip"_s,
+        u"Port"_s,       u"Server"_s,      u"Username"_s, u"Password"_s, u"FatalAlert"_s, u"WarningAlert"_s,
+        u"DailyAlert"_s, u"SendUpdates"_s, u"SendPath"_s, u"Cluster"_s,  u"VMType"_s,     u"VM"_s,
+        u"VMIp"_s,       u"Licence"_s};
     QCOMPARE(tagNames(pbx), order);
     QCOMPARE(GetText(pbx, u"Name"_s), u"Harbour Site"_s);
     QCOMPARE(GetText(pbx, u"DailyAlert"_s), u"299"_s);
     QCOMPARE(GetText(pbx, u"VMIp"_s), u"10.0.0.9"_s);
     QCOMPARE(GetText(pbx, u"SendPath"_s), u"\\\\srv\\upd"_s);
     QCOMPARE(GetText(pbx, u"AutoDir"_s), u"1"_s);
-    QVERIFY2(sent.at(1).startsWith(u"{Cmd=SetFields}{Table=System}{Id=FEATURES}{Fields(S"_s), qPrintable(sent.at(1)));
+    QVERIFY2(sent.at(1).startsWith(u"{Cmd=SetFields}{Table=System}{Id=FEATURES}{Fields(S"_s),
+             qPrintable(sent.at(1)));
     const QString features = GetText(GetText(sent.at(1), u"Fields"_s), u"Options"_s);
     QCOMPARE(tagNames(features), (QStringList{u"Pickup"_s, u"Flash"_s}));
     QCOMPARE(GetText(features, u"Pickup"_s), u"*88"_s);
@@ -522,9 +543,10 @@ void MainWindowTest::picturesOfEveryPage()
     QString error;
     const QStringList files = SavePageScreenshots(tool.window, dir, &error);
     QVERIFY2(error.isEmpty(), qPrintable(error));
-    const QStringList names{u"page-0-directory.png"_s, u"page-1-site.png"_s,      u"page-2-address-books.png"_s,
-                            u"page-3-campaigns.png"_s, u"page-4-features.png"_s,  u"page-5-routing.png"_s,
-                            u"page-6-network.png"_s,   u"page-7-scripts.png"_s};
+    const QStringList names{u"page-0-directory.png"_s,     u"page-1-site.png"_s,
+                            u"page-2-address-books.png"_s, u"page-3-campaigns.png"_s,
+                            u"page-4-features.png"_s,      u"page-5-routing.png"_s,
+                            u"page-6-network.png"_s,       u"page-7-scripts.png"_s};
     QCOMPARE(files.size(), names.size());
     for (int page = 0; page < names.size(); ++page) {
         QCOMPARE(QFileInfo(files.at(page)).fileName(), names.at(page));

@@ -54,8 +54,7 @@ QStringList tagNames(const QString &record)
     }
 }
 
-template <typename T>
-T *child(const QWidget &page, const QString &name)
+template <typename T> T *child(const QWidget &page, const QString &name)
 {
     auto *found = page.findChild<T *>(name);
     if (!found)
@@ -71,12 +70,12 @@ void choose(QComboBox *combo, const QString &text)
 }
 
 // The documented order of the PBX settings record.
-const QStringList pbxOrder{u"AutoDir"_s,      u"Name"_s,        u"Trunk"_s,      u"LCR"_s,      u"Area"_s,
-                           u"Operator"_s,     u"PBX"_s,         u"Comm"_s,       u"Random"_s,   u"Numbers"_s,
-                           u"Settings"_s,     u"Ip"_s,          u"Port"_s,       u"Server"_s,   u"Username"_s,
-                           u"Password"_s,     u"FatalAlert"_s,  u"WarningAlert"_s, u"DailyAlert"_s,
-                           u"SendUpdates"_s,  u"SendPath"_s,    u"Cluster"_s,    u"VMType"_s,   u"VM"_s,
-                           u"VMIp"_s};
+const QStringList pbxOrder{
+    u"AutoDir"_s,  u"Name"_s,       u"Trunk"_s,        u"LCR"_s,        u"Area"_s,
+    u"Operator"_s, u"PBX"_s,        u"Comm"_s,         u"Random"_s,     u"Numbers"_s,
+    u"Settings"_s, u"Ip"_s,         u"Port"_s,         u"Server"_s,     u"Username"_s,
+    u"Password"_s, u"FatalAlert"_s, u"WarningAlert"_s, u"DailyAlert"_s, u"SendUpdates"_s,
+    u"SendPath"_s, u"Cluster"_s,    u"VMType"_s,       u"VM"_s,         u"VMIp"_s};
 
 } // namespace
 
@@ -100,26 +99,26 @@ private slots:
 
         const QString net = u"{Comm=Tcp/Ip}"_s;
         const QString serial = u"{Comm=Com2:}"_s;
-        QTest::newRow("Siemens on the network") << u"{PBX=SIEMENS}"_s + net
-                                                 << QStringList{u"pPword"_s, u"bPort"_s, u"pAuto"_s, u"bIp"_s, u"bIPPort"_s}
-                                                 << u"Tcp/Ip"_s;
-        QTest::newRow("Intertel on a serial port") << u"{PBX=INTERTEL}"_s + serial
-                                                    << QStringList{u"pPword"_s, u"bPort"_s, u"pAuto"_s, u"bComm"_s}
-                                                    << u"Com2:"_s;
-        QTest::newRow("Toshiba on the network") << u"{PBX=TOSHIBA}"_s + net
-                                                 << QStringList{u"bPort"_s, u"bIp"_s, u"bIPPort"_s} << u"Tcp/Ip"_s;
-        QTest::newRow("Toshiba on a serial port") << u"{PBX=toshiba}"_s + serial
-                                                   << QStringList{u"bPort"_s, u"bComm"_s} << u"Com2:"_s;
+        QTest::newRow("Siemens on the network")
+            << u"{PBX=SIEMENS}"_s + net
+            << QStringList{u"pPword"_s, u"bPort"_s, u"pAuto"_s, u"bIp"_s, u"bIPPort"_s} << u"Tcp/Ip"_s;
+        QTest::newRow("Intertel on a serial port")
+            << u"{PBX=INTERTEL}"_s + serial << QStringList{u"pPword"_s, u"bPort"_s, u"pAuto"_s, u"bComm"_s}
+            << u"Com2:"_s;
+        QTest::newRow("Toshiba on the network")
+            << u"{PBX=TOSHIBA}"_s + net << QStringList{u"bPort"_s, u"bIp"_s, u"bIPPort"_s} << u"Tcp/Ip"_s;
+        QTest::newRow("Toshiba on a serial port")
+            << u"{PBX=toshiba}"_s + serial << QStringList{u"bPort"_s, u"bComm"_s} << u"Com2:"_s;
         // Telrad's link is always serial: a stored network connection becomes the first port.
-        QTest::newRow("Telrad fixes a serial link") << u"{PBX=TELRAD}"_s + net << QStringList{u"bPort"_s, u"bComm"_s}
-                                                     << u"Com1:"_s;
-        QTest::newRow("Telrad keeps its port") << u"{PBX=TELRAD}{Comm=Com4:}"_s << QStringList{u"bPort"_s, u"bComm"_s}
-                                                << u"Com4:"_s;
+        QTest::newRow("Telrad fixes a serial link")
+            << u"{PBX=TELRAD}"_s + net << QStringList{u"bPort"_s, u"bComm"_s} << u"Com1:"_s;
+        QTest::newRow("Telrad keeps its port")
+            << u"{PBX=TELRAD}{Comm=Com4:}"_s << QStringList{u"bPort"_s, u"bComm"_s} << u"Com4:"_s;
         // The Nortel is reached through its CTE: no connection to choose, auto-create only.
-        QTest::newRow("Nortel stored as CTE") << u"{PBX=NORTEL CTE}{Comm=Com3:}"_s << QStringList{u"pAuto"_s}
-                                               << u"Tcp/Ip"_s;
-        QTest::newRow("demonstration") << u"{PBX=Demonstration mode}"_s + net << QStringList{u"pDemo"_s}
-                                        << u"Tcp/Ip"_s;
+        QTest::newRow("Nortel stored as CTE")
+            << u"{PBX=NORTEL CTE}{Comm=Com3:}"_s << QStringList{u"pAuto"_s} << u"Tcp/Ip"_s;
+        QTest::newRow("demonstration")
+            << u"{PBX=Demonstration mode}"_s + net << QStringList{u"pDemo"_s} << u"Tcp/Ip"_s;
         QTest::newRow("Avaya") << u"{PBX=AVAYA ECS}"_s + net
                                << QStringList{u"pAvaya"_s, u"pPword"_s, u"pAuto"_s} << u"Tcp/Ip"_s;
         QTest::newRow("another system") << u"{PBX=MITEL}"_s + serial << QStringList{u"pAuto"_s} << u"Com2:"_s;
@@ -171,8 +170,8 @@ private slots:
         QCOMPARE(shownGroups(page), sorted({u"bPort"_s, u"bComm"_s}));
 
         // The fixed lists offer what the site needs.
-        for (const QString &entry : {u"AVAYA ECS"_s, u"Nortel BCM"_s, u"SIEMENS"_s, u"INTERTEL"_s, u"TELRAD"_s,
-                                     u"TOSHIBA"_s, u"Demonstration mode"_s, u"Not used"_s})
+        for (const QString &entry : {u"AVAYA ECS"_s, u"Nortel BCM"_s, u"SIEMENS"_s, u"INTERTEL"_s,
+                                     u"TELRAD"_s, u"TOSHIBA"_s, u"Demonstration mode"_s, u"Not used"_s})
             QVERIFY2(type->findText(entry) >= 0, qPrintable(entry));
         QCOMPARE(comm->count(), 9);
         QCOMPARE(comm->itemText(0), u"Tcp/Ip"_s);
@@ -191,10 +190,11 @@ private slots:
         QCOMPARE(child<QComboBox>(page, u"sType"_s)->currentIndex(), -1);
         QVERIFY(!child<QCheckBox>(network, u"netSend"_s)->isChecked());
 
-        const QString stored = u"{Name(S11)=Quay Office}{AutoDir(N1)=1}{PBX=samsung}{VMIP=10.1.1.9}{VMType=voxpro}"
-                               u"{Settings=9600,e,7,1}{Username=cti}{Password=pw}{Server=aes}{Random=30}"
-                               u"{Numbers=201,202}{FatalAlert=201}{WarningAlert=202}{DailyAlert=203}"
-                               u"{SendUpdates=1}{SendPath=\\\\fs\\upd}{Cluster=qs2,qs3}"_s;
+        const QString stored =
+            u"{Name(S11)=Quay Office}{AutoDir(N1)=1}{PBX=samsung}{VMIP=10.1.1.9}{VMType=voxpro}"
+            u"{Settings=9600,e,7,1}{Username=cti}{Password=pw}{Server=aes}{Random=30}"
+            u"{Numbers=201,202}{FatalAlert=201}{WarningAlert=202}{DailyAlert=203}"
+            u"{SendUpdates=1}{SendPath=\\\\fs\\upd}{Cluster=qs2,qs3}"_s;
         page.load(stored);
         network.load(stored);
         QCOMPARE(child<QLineEdit>(page, u"sName"_s)->text(), u"Quay Office"_s);
@@ -269,11 +269,11 @@ private slots:
 
         QCOMPARE(SettingsRecord::PbxTags(), pbxOrder);
         // Cleared fields are left out; the check boxes are always written; unknown tags follow.
-        const QStringList expected{u"AutoDir"_s,     u"Name"_s,       u"Trunk"_s,    u"Area"_s,     u"Operator"_s,
-                                   u"PBX"_s,         u"Comm"_s,       u"Settings"_s, u"Ip"_s,       u"Port"_s,
-                                   u"Username"_s,    u"Password"_s,   u"FatalAlert"_s, u"SendUpdates"_s,
-                                   u"Cluster"_s,     u"VMType"_s,     u"VM"_s,       u"VMIp"_s,     u"Licence"_s,
-                                   u"Expires"_s};
+        const QStringList expected{u"AutoDir"_s,    u"Name"_s,        u"Trunk"_s,    u"Area"_s,
+                                   u"Operator"_s,   u"PBX"_s,         u"Comm"_s,     u"Settings"_s,
+                                   u"Ip"_s,         u"Port"_s,        u"Username"_s, u"Password"_s,
+                                   u"FatalAlert"_s, u"SendUpdates"_s, u"Cluster"_s,  u"VMType"_s,
+                                   u"VM"_s,         u"VMIp"_s,        u"Licence"_s,  u"Expires"_s};
         QCOMPARE(tagNames(saved), expected);
         QCOMPARE(GetText(saved, u"Name"_s), u"Harbour Site"_s);
         QCOMPARE(GetText(saved, u"AutoDir"_s), u"0"_s);
