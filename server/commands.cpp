@@ -114,7 +114,8 @@ bool validFieldName(QStringView name)
 
 // How GetList orders rows: absent values first, then numbers by value, then text without regard
 // to case; ties keep id order (the sort is stable over rows read in id order).
-struct SortKey {
+struct SortKey
+{
     int rank = 0; // 0 absent, 1 number, 2 text
     double number = 0;
     QString text;
@@ -286,7 +287,8 @@ CommandOutcome CommandProcessor::Run::execute()
 {
     CommandOutcome outcome;
     if (!WellFormedEntries(m_command)) {
-        outcome.refusal = u"malformed command (%1 characters): %2"_s.arg(m_command.size()).arg(oneLine(m_command, 40));
+        outcome.refusal =
+            u"malformed command (%1 characters): %2"_s.arg(m_command.size()).arg(oneLine(m_command, 40));
         return outcome;
     }
     m_entries = SplitEntries(m_command);
@@ -300,8 +302,9 @@ CommandOutcome CommandProcessor::Run::execute()
 
     using Handler = void (Run::*)();
     static const QHash<QString, Handler> tableCommands = {
-        {u"getlist"_s, &Run::getList},     {u"getfield"_s, &Run::getField},   {u"getfields"_s, &Run::getFields},
-        {u"setfields"_s, &Run::setFields}, {u"setfield"_s, &Run::setField},   {u"delete"_s, &Run::deleteRecords},
+        {u"getlist"_s, &Run::getList},     {u"getfield"_s, &Run::getField},
+        {u"getfields"_s, &Run::getFields}, {u"setfields"_s, &Run::setFields},
+        {u"setfield"_s, &Run::setField},   {u"delete"_s, &Run::deleteRecords},
     };
     if (key == u"ping"_s) {
         startReply();
@@ -344,7 +347,8 @@ CommandOutcome CommandProcessor::Run::execute()
     }
     outcome.reply = m_reply;
     if (!m_refusals.isEmpty())
-        outcome.refusal = m_word + (rebuild ? QString() : u" "_s + TableName(m_table)) + u": "_s + m_refusals.join(u"; "_s);
+        outcome.refusal =
+            m_word + (rebuild ? QString() : u" "_s + TableName(m_table)) + u": "_s + m_refusals.join(u"; "_s);
     return outcome;
 }
 
@@ -396,7 +400,8 @@ void CommandProcessor::Run::getList()
             if (names[c].compare(sortName, Qt::CaseInsensitive) == 0)
                 asked = c;
         }
-        const QList<StoredField> sortColumn = asked >= 0 ? columns[asked] : m_store.column(m_table, sortName, ids);
+        const QList<StoredField> sortColumn =
+            asked >= 0 ? columns[asked] : m_store.column(m_table, sortName, ids);
         QList<SortKey> keys;
         keys.reserve(ids.size());
         for (const StoredField &field : sortColumn)
@@ -488,8 +493,8 @@ void CommandProcessor::Run::getFields()
         bool mixed = false;
         for (qsizetype i = 1; i < records.size() && !mixed; ++i) {
             const StoredField other = records[i].value(key);
-            mixed = other.present() != first.present()
-                || (first.present() && (other.value != first.value || other.type != first.type));
+            mixed = other.present() != first.present() ||
+                    (first.present() && (other.value != first.value || other.type != first.type));
         }
         if (mixed)
             appendEntry(m_reply, name, u'S', u" ");
@@ -560,7 +565,8 @@ bool CommandProcessor::Run::mergeFields(qint64 id, const QList<TagEntry> &fields
 {
     for (const TagEntry &field : fields) {
         const bool isExt = m_table == Table::Exts && field.name.compare(u"Ext", Qt::CaseInsensitive) == 0;
-        if (!m_store.setField(m_table, id, field.name, field.type, isExt ? field.value.trimmed() : field.value))
+        if (!m_store.setField(m_table, id, field.name, field.type,
+                              isExt ? field.value.trimmed() : field.value))
             return storageFailed();
     }
     return true;
@@ -661,7 +667,8 @@ void CommandProcessor::Run::setBlock(const QString &idText)
     } else if (!entries.isEmpty()) {
         mergeFields(*block, {TagEntry{u"Options"_s, u'S', whole->value, true}});
     } else if (beside) {
-        mergeFields(*block, {TagEntry{u"Options"_s, beside->type.isNull() ? u'S' : beside->type, beside->value, true}});
+        mergeFields(*block, {TagEntry{u"Options"_s, beside->type.isNull() ? u'S' : beside->type,
+                                      beside->value, true}});
     }
 }
 

@@ -9,7 +9,8 @@
 // What one command did: the reply to send ("" when the command has none) and, when the command
 // was refused in whole or in part, one line saying why. The server never sends refusals to the
 // client: they go to the log only.
-struct CommandOutcome {
+struct CommandOutcome
+{
     QString reply;
     QString refusal;
 };

@@ -41,7 +41,8 @@ public:
     {
         QString out;
         for (const TagEntry &entry : m_entries)
-            out += u'{' + entry.name + u'(' + entry.type + QString::number(entry.value.size()) + u")="_s + entry.value + u'}';
+            out += u'{' + entry.name + u'(' + entry.type + QString::number(entry.value.size()) + u")="_s +
+                   entry.value + u'}';
         return out;
     }
     const QList<TagEntry> &entries() const { return m_entries; }
@@ -57,19 +58,19 @@ const QString areaCode = u"0151"_s;
 const QString ddiPrefix = u"496"_s; // 0151 496 0xxx: numbers kept free for fiction
 
 const QStringList firstNames = {
-    u"Aisha"_s, u"Ben"_s,    u"Callum"_s, u"Dana"_s,   u"Eamon"_s,  u"Fiona"_s,  u"Gareth"_s, u"Hannah"_s,
-    u"Imran"_s, u"Jess"_s,   u"Kieran"_s, u"Leah"_s,   u"Marcus"_s, u"Niamh"_s,  u"Owen"_s,   u"Priya"_s,
-    u"Quentin"_s, u"Rosa"_s, u"Sean"_s,   u"Tamsin"_s, u"Usman"_s,  u"Vicky"_s,  u"Wes"_s,    u"Yasmin"_s,
-    u"Zach"_s,  u"Carys"_s,  u"Declan"_s, u"Erin"_s,   u"Frankie"_s, u"Grace"_s, u"Harvey"_s, u"Isla"_s,
-    u"Jamal"_s, u"Kate"_s,   u"Liam"_s,   u"Megan"_s,  u"Nathan"_s, u"Olivia"_s, u"Piotr"_s,  u"Ruth"_s,
+    u"Aisha"_s,   u"Ben"_s,   u"Callum"_s, u"Dana"_s,   u"Eamon"_s,   u"Fiona"_s,  u"Gareth"_s, u"Hannah"_s,
+    u"Imran"_s,   u"Jess"_s,  u"Kieran"_s, u"Leah"_s,   u"Marcus"_s,  u"Niamh"_s,  u"Owen"_s,   u"Priya"_s,
+    u"Quentin"_s, u"Rosa"_s,  u"Sean"_s,   u"Tamsin"_s, u"Usman"_s,   u"Vicky"_s,  u"Wes"_s,    u"Yasmin"_s,
+    u"Zach"_s,    u"Carys"_s, u"Declan"_s, u"Erin"_s,   u"Frankie"_s, u"Grace"_s,  u"Harvey"_s, u"Isla"_s,
+    u"Jamal"_s,   u"Kate"_s,  u"Liam"_s,   u"Megan"_s,  u"Nathan"_s,  u"Olivia"_s, u"Piotr"_s,  u"Ruth"_s,
 };
 const QStringList surnames = {
-    u"Ahmed"_s,    u"Brennan"_s, u"Clarke"_s,  u"Doyle"_s,    u"Evans"_s,    u"Fletcher"_s, u"Gallagher"_s,
-    u"Hughes"_s,   u"Iqbal"_s,   u"Jones"_s,   u"Kowalski"_s, u"Lloyd"_s,    u"McCann"_s,   u"Nolan"_s,
-    u"O'Hara"_s,   u"Patel"_s,   u"Quinn"_s,   u"Roberts"_s,  u"Shaw"_s,     u"Thompson"_s, u"Underwood"_s,
-    u"Vaughan"_s,  u"Walsh"_s,   u"Yates"_s,   u"Begum"_s,    u"Carroll"_s,  u"Dunne"_s,    u"Edwards"_s,
-    u"Foster"_s,   u"Griffiths"_s, u"Hennessy"_s, u"Kelly"_s, u"Morgan"_s,   u"Nowak"_s,    u"Parry"_s,
-    u"Rimmer"_s,   u"Sullivan"_s, u"Tierney"_s, u"Whitfield"_s,
+    u"Ahmed"_s,   u"Brennan"_s,   u"Clarke"_s,   u"Doyle"_s,     u"Evans"_s,   u"Fletcher"_s, u"Gallagher"_s,
+    u"Hughes"_s,  u"Iqbal"_s,     u"Jones"_s,    u"Kowalski"_s,  u"Lloyd"_s,   u"McCann"_s,   u"Nolan"_s,
+    u"O'Hara"_s,  u"Patel"_s,     u"Quinn"_s,    u"Roberts"_s,   u"Shaw"_s,    u"Thompson"_s, u"Underwood"_s,
+    u"Vaughan"_s, u"Walsh"_s,     u"Yates"_s,    u"Begum"_s,     u"Carroll"_s, u"Dunne"_s,    u"Edwards"_s,
+    u"Foster"_s,  u"Griffiths"_s, u"Hennessy"_s, u"Kelly"_s,     u"Morgan"_s,  u"Nowak"_s,    u"Parry"_s,
+    u"Rimmer"_s,  u"Sullivan"_s,  u"Tierney"_s,  u"Whitfield"_s,
 };
 
 // A person's name for an extension number; the steps are prime so that the pairs do not repeat.
@@ -78,7 +79,8 @@ QString personName(int number)
     return firstNames[(number * 7) % firstNames.size()] + u' ' + surnames[(number * 11) % surnames.size()];
 }
 
-struct Department {
+struct Department
+{
     QString name;
     int first;
     int count;
@@ -86,8 +88,8 @@ struct Department {
 
 // Extensions 200-339, by department.
 const QList<Department> departments = {
-    {u"Reception"_s, 200, 4},     {u"Management"_s, 204, 8},        {u"Sales"_s, 212, 30},
-    {u"Customer Svc"_s, 242, 30}, {u"Accounts"_s, 272, 14},         {u"Transport"_s, 286, 20},
+    {u"Reception"_s, 200, 4},     {u"Management"_s, 204, 8}, {u"Sales"_s, 212, 30},
+    {u"Customer Svc"_s, 242, 30}, {u"Accounts"_s, 272, 14},  {u"Transport"_s, 286, 20},
     {u"Warehouse"_s, 306, 26},    {u"IT"_s, 332, 8},
 };
 
@@ -99,7 +101,8 @@ Record action(const QString &type, const QString &display = {})
     return a;
 }
 
-Record scriptAction(const QString &script, const QString &display, const QList<std::pair<QString, QString>> &params)
+Record scriptAction(const QString &script, const QString &display,
+                    const QList<std::pair<QString, QString>> &params)
 {
     Record a;
     a.set(u"Type"_s, u"(Script)"_s);
@@ -164,7 +167,8 @@ void addEvents(Record &device, const QString &dept)
     if (dept != u"Sales"_s && dept != u"Customer Svc"_s)
         return;
     Record events;
-    events.set(u"Startup"_s, scriptAction(u"LogOn"_s, {}, {{u"Queue"_s, dept == u"Sales"_s ? u"2"_s : u"1"_s}}));
+    events.set(u"Startup"_s,
+               scriptAction(u"LogOn"_s, {}, {{u"Queue"_s, dept == u"Sales"_s ? u"2"_s : u"1"_s}}));
     events.set(u"NewCall"_s, scriptAction(u"PopCRM"_s, {}, {{u"Window"_s, u"Tab"_s}}));
     if (dept == u"Customer Svc"_s)
         events.set(u"DeleteCall"_s, scriptAction(u"WrapUp"_s, {}, {{u"Seconds"_s, u"45"_s}}));
@@ -222,7 +226,8 @@ Record extension(int number, const Department &dept)
     if (manager && lead) {
         Record personal;
         personal.set(u"ABName"_s, u"Board contacts"_s);
-        personal.set(u"Vars"_s, Record().set(u"Type"_s, u"CSV"_s).set(u"Caption"_s, u"H:\\board-contacts.csv"_s));
+        personal.set(u"Vars"_s,
+                     Record().set(u"Type"_s, u"CSV"_s).set(u"Caption"_s, u"H:\\board-contacts.csv"_s));
         r.set(u"PrivateAB"_s, Record().set(u"AB1"_s, personal));
     }
     if (d == u"Sales"_s) {
@@ -261,22 +266,23 @@ Record agent(int number, int index)
     return r;
 }
 
-struct SpeedDial {
+struct SpeedDial
+{
     QString name;
     QString number;
 };
 
 const QList<SpeedDial> speedDials = {
-    {u"Port Ops Control"_s, u"01514960901"_s},        {u"Seaforth Terminal"_s, u"01514960902"_s},
-    {u"Dock Security Gate 5"_s, u"01514960903"_s},    {u"Border Force Liverpool"_s, u"01514960904"_s},
-    {u"Customs Helpdesk"_s, u"03001234567"_s},        {u"Maersk Bookings"_s, u"02079460011"_s},
-    {u"Fleet Workshop Widnes"_s, u"01514960910"_s},   {u"Tyre Rescue"_s, u"08081570123"_s},
-    {u"Fuel Card Hotline"_s, u"08081570456"_s},       {u"Finch Group HQ"_s, u"01614960500"_s},
-    {u"Insurance Claims"_s, u"08081570789"_s},        {u"Travel Desk"_s, u"02079460220"_s},
-    {u"IT Support Contractor"_s, u"01514960930"_s},   {u"Facilities Helpdesk"_s, u"01514960931"_s},
-    {u"Highways NW Incidents"_s, u"03001230099"_s},   {u"Pallet Network Hub"_s, u"01214960444"_s},
-    {u"Cold Store Kirkby"_s, u"01514960950"_s},       {u"Rail Freight Garston"_s, u"01514960960"_s},
-    {u"Taxi Account"_s, u"01514960970"_s},            {u"Weather Line"_s, u"09014960111"_s},
+    {u"Port Ops Control"_s, u"01514960901"_s},      {u"Seaforth Terminal"_s, u"01514960902"_s},
+    {u"Dock Security Gate 5"_s, u"01514960903"_s},  {u"Border Force Liverpool"_s, u"01514960904"_s},
+    {u"Customs Helpdesk"_s, u"03001234567"_s},      {u"Maersk Bookings"_s, u"02079460011"_s},
+    {u"Fleet Workshop Widnes"_s, u"01514960910"_s}, {u"Tyre Rescue"_s, u"08081570123"_s},
+    {u"Fuel Card Hotline"_s, u"08081570456"_s},     {u"Finch Group HQ"_s, u"01614960500"_s},
+    {u"Insurance Claims"_s, u"08081570789"_s},      {u"Travel Desk"_s, u"02079460220"_s},
+    {u"IT Support Contractor"_s, u"01514960930"_s}, {u"Facilities Helpdesk"_s, u"01514960931"_s},
+    {u"Highways NW Incidents"_s, u"03001230099"_s}, {u"Pallet Network Hub"_s, u"01214960444"_s},
+    {u"Cold Store Kirkby"_s, u"01514960950"_s},     {u"Rail Freight Garston"_s, u"01514960960"_s},
+    {u"Taxi Account"_s, u"01514960970"_s},          {u"Weather Line"_s, u"09014960111"_s},
 };
 
 Record speedDial(int index)
@@ -349,7 +355,8 @@ Record featureCodes()
 
 // --- address books ------------------------------------------------------------------------------
 
-struct Search {
+struct Search
+{
     QString text;
     QString result;
     double seconds;
@@ -361,7 +368,9 @@ Record statistics(double hitRate, const QList<Search> &recent)
     s.set(u"HitRate"_s, hitRate);
     for (qsizetype i = 0; i < recent.size(); ++i) {
         Record find;
-        find.set(u"Search"_s, recent[i].text).set(u"Result"_s, recent[i].result).set(u"Speed"_s, recent[i].seconds);
+        find.set(u"Search"_s, recent[i].text)
+            .set(u"Result"_s, recent[i].result)
+            .set(u"Speed"_s, recent[i].seconds);
         s.set(u"Find"_s + QString::number(i + 1), find);
     }
     return s;
@@ -381,20 +390,30 @@ QList<Record> addressBooks()
 {
     const QString crm = u"CRM database (SQL Server hfl-sql01)"_s;
     Record customers;
-    customers.set(u"Alpha"_s, 2).set(u"UseLive"_s, 1).set(u"DisconnectFrom"_s, u"23"_s).set(u"DisconnectTo"_s, u"1"_s);
-    customers.set(u"PlugVars"_s, Record().set(u"Caption"_s, crm).set(u"DSN"_s, u"HFL_CRM"_s).set(u"Table"_s, u"Contacts"_s));
-    customers.set(u"Caption"_s, crm).set(u"ABNotes"_s, u"Shippers and consignees from the CRM."_s).set(u"Cache"_s, 1);
+    customers.set(u"Alpha"_s, 2)
+        .set(u"UseLive"_s, 1)
+        .set(u"DisconnectFrom"_s, u"23"_s)
+        .set(u"DisconnectTo"_s, u"1"_s);
+    customers.set(u"PlugVars"_s,
+                  Record().set(u"Caption"_s, crm).set(u"DSN"_s, u"HFL_CRM"_s).set(u"Table"_s, u"Contacts"_s));
+    customers.set(u"Caption"_s, crm)
+        .set(u"ABNotes"_s, u"Shippers and consignees from the CRM."_s)
+        .set(u"Cache"_s, 1);
 
     const QString csv = u"\\\\hfl-fs01\\data\\hauliers.csv"_s;
     Record hauliers;
     hauliers.set(u"Alpha"_s, 1).set(u"UseLive"_s, 0).set(u"ImportTime"_s, u"6"_s);
     hauliers.set(u"PlugVars"_s, Record().set(u"Caption"_s, csv).set(u"File"_s, csv).set(u"Header"_s, 1));
-    hauliers.set(u"Caption"_s, csv).set(u"ABNotes"_s, u"Subcontracted hauliers; the planners keep the file."_s).set(u"Cache"_s, 1);
+    hauliers.set(u"Caption"_s, csv)
+        .set(u"ABNotes"_s, u"Subcontracted hauliers; the planners keep the file."_s)
+        .set(u"Cache"_s, 1);
 
     const QString directory = u"Active Directory (harbourfinch.local)"_s;
     Record staff;
     staff.set(u"Alpha"_s, 1).set(u"UseLive"_s, 0).set(u"ImportHour"_s, u"4"_s);
-    staff.set(u"PlugVars"_s, Record().set(u"Caption"_s, directory).set(u"Server"_s, u"dc01.harbourfinch.local"_s)
+    staff.set(u"PlugVars"_s, Record()
+                                 .set(u"Caption"_s, directory)
+                                 .set(u"Server"_s, u"dc01.harbourfinch.local"_s)
                                  .set(u"BaseDN"_s, u"OU=Staff,DC=harbourfinch,DC=local"_s));
     staff.set(u"Caption"_s, directory).set(u"Cache"_s, 2);
 
@@ -431,26 +450,39 @@ QList<Record> routingConditions()
     };
     return {
         condition(1, u"Out of hours"_s,
-                  Record().set(u"Called"_s, u"4960200,4960242"_s).set(u"Day"_s, 8)
-                      .set(u"Time"_s, u"00:00-08:00, 18:00-23:59"_s).set(u"Destination"_s, u"5000"_s)),
-        condition(2, u"Key accounts to sales team leader"_s,
-                  Record().set(u"Caller"_s, u"*"_s).set(u"AB"_s, u"Customers"_s).set(u"Day"_s, 0)
-                      .set(u"Destination"_s, u"212"_s)),
-        condition(3, u"Bank holidays"_s,
-                  Record().set(u"Day"_s, 0)
-                      .set(u"Date"_s, u"25/12/2025, 26/12/2025, 01/01/2026, 03/04/2026, 06/04/2026, 04/05/2026"_s)
+                  Record()
+                      .set(u"Called"_s, u"4960200,4960242"_s)
+                      .set(u"Day"_s, 8)
+                      .set(u"Time"_s, u"00:00-08:00, 18:00-23:59"_s)
                       .set(u"Destination"_s, u"5000"_s)),
+        condition(2, u"Key accounts to sales team leader"_s,
+                  Record()
+                      .set(u"Caller"_s, u"*"_s)
+                      .set(u"AB"_s, u"Customers"_s)
+                      .set(u"Day"_s, 0)
+                      .set(u"Destination"_s, u"212"_s)),
+        condition(
+            3, u"Bank holidays"_s,
+            Record()
+                .set(u"Day"_s, 0)
+                .set(u"Date"_s, u"25/12/2025, 26/12/2025, 01/01/2026, 03/04/2026, 06/04/2026, 04/05/2026"_s)
+                .set(u"Destination"_s, u"5000"_s)),
         condition(4, u"Reception lunch cover"_s,
-                  Record().set(u"Ext"_s, u"200,201"_s).set(u"Day"_s, 8).set(u"Time"_s, u"12:30-13:30"_s)
+                  Record()
+                      .set(u"Ext"_s, u"200,201"_s)
+                      .set(u"Day"_s, 8)
+                      .set(u"Time"_s, u"12:30-13:30"_s)
                       .set(u"Destination"_s, u"242"_s)),
-        condition(5, u"Weekend warehouse mobile"_s,
-                  Record().set(u"Called"_s, u"4960306"_s).set(u"Day"_s, 9).set(u"Destination"_s, u"07700900412"_s)),
+        condition(
+            5, u"Weekend warehouse mobile"_s,
+            Record().set(u"Called"_s, u"4960306"_s).set(u"Day"_s, 9).set(u"Destination"_s, u"07700900412"_s)),
     };
 }
 
 // --- campaigns ---------------------------------------------------------------------------------
 
-struct Choice {
+struct Choice
+{
     QString caption;
     QString color;
     QString file;
@@ -474,14 +506,17 @@ void storeChoices(Record &scripts, const QString &path, const QList<Choice> &cho
 Record menuTree(const QString &rootFile, const QList<Choice> &choices)
 {
     Record scripts;
-    scripts.set(u"Root"_s, Record().set(u"Caption"_s, u"Initial script"_s).set(u"Type"_s, u"Menu"_s).set(u"File"_s, rootFile));
+    scripts.set(
+        u"Root"_s,
+        Record().set(u"Caption"_s, u"Initial script"_s).set(u"Type"_s, u"Menu"_s).set(u"File"_s, rootFile));
     storeChoices(scripts, u"Root"_s, choices);
     return scripts;
 }
 
-struct Result {
+struct Result
+{
     QString caption;
-    QString type; // Move, Postpone, Remove
+    QString type;   // Move, Postpone, Remove
     QString detail; // the table for Move, "n unit" for Postpone
     QString color;
 };
@@ -510,7 +545,10 @@ Record campaign(const QString &name, const Record &results, const QStringList &s
     Record options;
     options.keep(u"Results"_s, results);
     options.set(u"Database"_s, source[0]).set(u"ODBCTable"_s, source[1]);
-    options.set(u"fldId"_s, source[2]).set(u"fldTel"_s, source[3]).set(u"fldName"_s, source[4]).set(u"fldNotes"_s, source[5]);
+    options.set(u"fldId"_s, source[2])
+        .set(u"fldTel"_s, source[3])
+        .set(u"fldName"_s, source[4])
+        .set(u"fldNotes"_s, source[5]);
     options.set(u"NoAnswer"_s, source[6]);
     options.keep(u"Scripts"_s, scripts);
     Record r;
@@ -522,26 +560,36 @@ Record campaign(const QString &name, const Record &results, const QStringList &s
 QList<Record> campaigns()
 {
     const QString html = u"C:\\Campaigns\\html\\"_s;
-    const Record renewalMenus = menuTree(html + u"renewal-intro.htm"_s, {
-        {u"Interested"_s, u"Green"_s, html + u"renewal-offer.htm"_s, {
-            {u"Wants a quote"_s, u"Green"_s, html + u"renewal-quote.htm"_s, {}},
-            {u"Renew as before"_s, u"Green"_s, html + u"renewal-confirm.htm"_s, {}},
-        }},
-        {u"Not the right person"_s, u"Yellow"_s, html + u"renewal-gatekeeper.htm"_s, {
-            {u"Got the buyer's name"_s, u"Blue"_s, html + u"renewal-buyer.htm"_s, {}},
-        }},
-        {u"Not interested"_s, u"Red"_s, html + u"renewal-objections.htm"_s, {}},
-    });
+    const Record renewalMenus =
+        menuTree(html + u"renewal-intro.htm"_s,
+                 {
+                     {u"Interested"_s,
+                      u"Green"_s,
+                      html + u"renewal-offer.htm"_s,
+                      {
+                          {u"Wants a quote"_s, u"Green"_s, html + u"renewal-quote.htm"_s, {}},
+                          {u"Renew as before"_s, u"Green"_s, html + u"renewal-confirm.htm"_s, {}},
+                      }},
+                     {u"Not the right person"_s,
+                      u"Yellow"_s,
+                      html + u"renewal-gatekeeper.htm"_s,
+                      {
+                          {u"Got the buyer's name"_s, u"Blue"_s, html + u"renewal-buyer.htm"_s, {}},
+                      }},
+                     {u"Not interested"_s, u"Red"_s, html + u"renewal-objections.htm"_s, {}},
+                 });
     const Record renewalResults = resultList({
         {u"Renewed"_s, u"Remove"_s, {}, u"Green"_s},
         {u"Call back later"_s, u"Postpone"_s, u"2 Hours"_s, u"Yellow"_s},
         {u"No answer"_s, u"Postpone"_s, u"1 Days"_s, u"Blue"_s},
         {u"Declined"_s, u"Move"_s, u"Declined"_s, u"Red"_s},
     });
-    const Record lapsedMenus = menuTree(html + u"lapsed-intro.htm"_s, {
-        {u"Still shipping"_s, u"Green"_s, html + u"lapsed-rates.htm"_s, {}},
-        {u"Moved to a competitor"_s, u"Yellow"_s, html + u"lapsed-winback.htm"_s, {}},
-    });
+    const Record lapsedMenus =
+        menuTree(html + u"lapsed-intro.htm"_s,
+                 {
+                     {u"Still shipping"_s, u"Green"_s, html + u"lapsed-rates.htm"_s, {}},
+                     {u"Moved to a competitor"_s, u"Yellow"_s, html + u"lapsed-winback.htm"_s, {}},
+                 });
     const Record lapsedResults = resultList({
         {u"Won back"_s, u"Move"_s, u"Active"_s, u"Green"_s},
         {u"Try next quarter"_s, u"Postpone"_s, u"90 Days"_s, u"Blue"_s},
@@ -563,7 +611,8 @@ QList<Record> campaigns()
 
 QList<Record> scripts()
 {
-    const auto script = [](const QString &name, const QString &display, const QString &params, const QStringList &lines) {
+    const auto script = [](const QString &name, const QString &display, const QString &params,
+                           const QStringList &lines) {
         Record r;
         r.set(u"Name"_s, name);
         r.set(u"Display"_s, display);
@@ -576,8 +625,10 @@ QList<Record> scripts()
         script(u"LogOn"_s, u"Log on to queue"_s, u"Queue=1,Mode=Fast"_s,
                {u"Sub LogOn(Queue, Mode)"_s, u"    Phone.AgentLogon Queue, Mode = \"Fast\""_s,
                 u"    Phone.Status = \"Ready\""_s, u"End Sub"_s}),
-        script(u"PopCRM"_s, u"Show in CRM"_s, u"Url=http://crm.harbourfinch.local/caller?number=,Window=Tab"_s,
-               {u"Sub PopCRM(Url, Window)"_s, u"    Browser.Open Url & Call.CallerNumber, Window"_s, u"End Sub"_s}),
+        script(u"PopCRM"_s, u"Show in CRM"_s,
+               u"Url=http://crm.harbourfinch.local/caller?number=,Window=Tab"_s,
+               {u"Sub PopCRM(Url, Window)"_s, u"    Browser.Open Url & Call.CallerNumber, Window"_s,
+                u"End Sub"_s}),
         script(u"WrapUp"_s, u"Wrap-up timer"_s, u"Seconds=30,Reason="_s,
                {u"Sub WrapUp(Seconds, Reason)"_s, u"    Phone.Status = \"After call work\""_s,
                 u"    Timer.Wait Seconds"_s, u"    Phone.Status = \"Ready\""_s, u"End Sub"_s}),
@@ -618,8 +669,10 @@ bool storeAll(Store &store)
         if (!storeRecord(store, Table::Exts, trunk(i)))
             return false;
     }
-    if (!store.setField(Table::System, *Store::SystemBlockId(u"PBX"), u"Options"_s, u'S', pbxOptions().text())
-        || !store.setField(Table::System, *Store::SystemBlockId(u"FEATURES"), u"Options"_s, u'S', featureCodes().text()))
+    if (!store.setField(Table::System, *Store::SystemBlockId(u"PBX"), u"Options"_s, u'S',
+                        pbxOptions().text()) ||
+        !store.setField(Table::System, *Store::SystemBlockId(u"FEATURES"), u"Options"_s, u'S',
+                        featureCodes().text()))
         return false;
     const std::pair<Table, QList<Record>> tables[] = {
         {Table::AB, addressBooks()},

@@ -102,22 +102,28 @@ int main(int argc, char *argv[])
     QCoreApplication app(argc, argv);
     QCoreApplication::setOrganizationName(u"Tamsel Telecom Ltd"_s);
     QCoreApplication::setApplicationName(u"QuillServer"_s);
-    qSetMessagePattern(u"%{time yyyy-MM-ddThh:mm:ss.zzz} %{if-category}%{category} %{endif}%{type}: %{message}"_s);
+    qSetMessagePattern(
+        u"%{time yyyy-MM-ddThh:mm:ss.zzz} %{if-category}%{category} %{endif}%{type}: %{message}"_s);
     // The server's own lines are always shown, whatever the system's logging rules say.
     QLoggingCategory::setFilterRules(u"quill.server.info=true"_s);
 
     QCommandLineParser parser;
-    parser.setApplicationDescription(u"The reference QuillServer: the site's tables over WebSocket sessions."_s);
+    parser.setApplicationDescription(
+        u"The reference QuillServer: the site's tables over WebSocket sessions."_s);
     parser.addHelpOption();
-    const QCommandLineOption listenOption(u"listen"_s, u"Address and port to accept sessions on (port 0: any free port)."_s,
-                                          u"ADDRESS:PORT"_s, u"127.0.0.1:7420"_s);
+    const QCommandLineOption listenOption(
+        u"listen"_s, u"Address and port to accept sessions on (port 0: any free port)."_s, u"ADDRESS:PORT"_s,
+        u"127.0.0.1:7420"_s);
     const QCommandLineOption dbOption(u"db"_s, u"The SQLite database file."_s, u"FILE"_s,
-                                      QStandardPaths::writableLocation(QStandardPaths::AppDataLocation)
-                                          + u"/quillserver.sqlite"_s);
-    const QCommandLineOption certOption(u"tls-cert"_s, u"PEM certificate: serve wss:// instead of ws://."_s, u"FILE"_s);
+                                      QStandardPaths::writableLocation(QStandardPaths::AppDataLocation) +
+                                          u"/quillserver.sqlite"_s);
+    const QCommandLineOption certOption(u"tls-cert"_s, u"PEM certificate: serve wss:// instead of ws://."_s,
+                                        u"FILE"_s);
     const QCommandLineOption keyOption(u"tls-key"_s, u"PEM private key of the certificate."_s, u"FILE"_s);
-    const QCommandLineOption addUserOption(u"add-user"_s, u"Create the admin account NAME (or set its password); the password is read from stdin. Then exit."_s,
-                                           u"NAME"_s);
+    const QCommandLineOption addUserOption(
+        u"add-user"_s,
+        u"Create the admin account NAME (or set its password); the password is read from stdin. Then exit."_s,
+        u"NAME"_s);
     const QCommandLineOption seedOption(u"seed-demo"_s, u"Load the demo site into an empty database."_s);
     parser.addOptions({listenOption, dbOption, certOption, keyOption, addUserOption, seedOption});
     parser.process(app);

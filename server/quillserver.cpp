@@ -44,7 +44,8 @@ std::optional<QSslKey> readKey(const QString &keyFile)
 } // namespace
 
 QuillServer::QuillServer(QObject *parent)
-    : QObject(parent), m_store(std::make_unique<Store>()), m_commands(std::make_unique<CommandProcessor>(*m_store))
+    : QObject(parent), m_store(std::make_unique<Store>()),
+      m_commands(std::make_unique<CommandProcessor>(*m_store))
 {
 }
 
@@ -86,8 +87,8 @@ bool QuillServer::listen(const QHostAddress &address, quint16 port, QString *err
 {
     if (m_server)
         return failWith(error, u"the server is already listening"_s);
-    m_server = new QWebSocketServer(u"QuillServer"_s,
-                                    m_useTls ? QWebSocketServer::SecureMode : QWebSocketServer::NonSecureMode, this);
+    m_server = new QWebSocketServer(
+        u"QuillServer"_s, m_useTls ? QWebSocketServer::SecureMode : QWebSocketServer::NonSecureMode, this);
     if (m_useTls)
         m_server->setSslConfiguration(m_tls);
     connect(m_server, &QWebSocketServer::newConnection, this, [this] {
@@ -104,7 +105,8 @@ bool QuillServer::listen(const QHostAddress &address, quint16 port, QString *err
         qCInfo(lcServer).noquote() << "a connection failed its handshake:" << m_server->errorString();
     });
     connect(m_server, &QWebSocketServer::sslErrors, this, [](const QList<QSslError> &errors) {
-        qCInfo(lcServer).noquote() << "TLS handshake failed:" << (errors.isEmpty() ? QString() : errors.first().errorString());
+        qCInfo(lcServer).noquote() << "TLS handshake failed:"
+                                   << (errors.isEmpty() ? QString() : errors.first().errorString());
     });
     if (!m_server->listen(address, port)) {
         const QString why = m_server->errorString();
@@ -126,7 +128,8 @@ QUrl QuillServer::url() const
     if (!m_server)
         return {};
     QHostAddress host = m_server->serverAddress();
-    if (host == QHostAddress::Any || host == QHostAddress::AnyIPv4 || host == QHostAddress::AnyIPv6 || host.isNull())
+    if (host == QHostAddress::Any || host == QHostAddress::AnyIPv4 || host == QHostAddress::AnyIPv6 ||
+        host.isNull())
         host = QHostAddress::LocalHost;
     QUrl url;
     url.setScheme(m_useTls ? u"wss"_s : u"ws"_s);

@@ -100,7 +100,8 @@ void Session::frameArrived(const QString &frame)
     // The client refuses frames over the limit too: a reply that large would only cost it the
     // connection, again after every reconnect.
     if (quint64(reply.size()) * 3 > MaxFrameBytes && quint64(reply.toUtf8().size()) > MaxFrameBytes) {
-        m_server.refuse(u"reply of %1 characters to %2 is over 16 MiB; not sent"_s.arg(reply.size()).arg(m_peer));
+        m_server.refuse(
+            u"reply of %1 characters to %2 is over 16 MiB; not sent"_s.arg(reply.size()).arg(m_peer));
         return;
     }
     m_socket->sendTextMessage(reply);
@@ -124,8 +125,8 @@ void Session::logIn(const QString &frame)
     const QString app = frameTag(entries, u"App");
     if (m_server.logIn(user, frameTag(entries, u"Password"), token) != QuillServer::LogIn::Accepted) {
         QString logout = u"{Session=LOGOUT}"_s;
-        AddVar(logout, u"Reason"_s, token.isEmpty() ? u"Unknown user or wrong password"_s
-                                                     : u"The log-in token is not valid"_s);
+        AddVar(logout, u"Reason"_s,
+               token.isEmpty() ? u"Unknown user or wrong password"_s : u"The log-in token is not valid"_s);
         m_socket->sendTextMessage(logout);
         m_socket->flush();
         const QString who = token.isEmpty() ? u"user \"%1\""_s.arg(user.left(40)) : u"a token"_s;
@@ -135,7 +136,8 @@ void Session::logIn(const QString &frame)
     m_loggedIn = true;
     m_logInTimer.stop();
     m_user = token.isEmpty() ? user : u"(token)"_s;
-    qCInfo(lcServer).noquote() << "session of" << m_user << "from" << m_peer << "opened" << (app.isEmpty() ? QString() : u"by "_s + app.left(60));
+    qCInfo(lcServer).noquote() << "session of" << m_user << "from" << m_peer << "opened"
+                               << (app.isEmpty() ? QString() : u"by "_s + app.left(60));
     m_socket->sendTextMessage(u"{Session=LOGIN}"_s);
     m_socket->sendTextMessage(u"{Session=READY}"_s);
 }
@@ -163,7 +165,8 @@ void Session::disconnected()
     case QWebSocketProtocol::CloseCodeWrongDatatype:
     case QWebSocketProtocol::CloseCodeProtocolError:
         if (!m_closing)
-            m_server.refuse(u"bad frame from "_s + m_peer + u" ("_s + m_socket->closeReason().left(60) + u"); connection closed"_s);
+            m_server.refuse(u"bad frame from "_s + m_peer + u" ("_s + m_socket->closeReason().left(60) +
+                            u"); connection closed"_s);
         break;
     default:
         break;

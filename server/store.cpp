@@ -69,7 +69,7 @@ QString FieldKey(QStringView name)
 std::optional<Table> TableFromName(QStringView name)
 {
     static const std::pair<QString, Table> names[] = {
-        {u"exts"_s, Table::Exts},         {u"system"_s, Table::System},   {u"ab"_s, Table::AB},
+        {u"exts"_s, Table::Exts},       {u"system"_s, Table::System},       {u"ab"_s, Table::AB},
         {u"routing"_s, Table::Routing}, {u"campaigns"_s, Table::Campaigns}, {u"scripts"_s, Table::Scripts},
     };
     const QString key = name.trimmed().toString().toLower();
@@ -142,12 +142,12 @@ bool Store::open(const QString &file, QString *error)
     }
     m_queries.fill(nullptr, SlotCount);
     QSqlQuery pragma(database());
-    if (!pragma.exec(u"PRAGMA journal_mode=WAL"_s) || !pragma.next()
-        || pragma.value(0).toString().compare(u"wal"_s, Qt::CaseInsensitive) != 0)
+    if (!pragma.exec(u"PRAGMA journal_mode=WAL"_s) || !pragma.next() ||
+        pragma.value(0).toString().compare(u"wal"_s, Qt::CaseInsensitive) != 0)
         return failWith(u"%1 cannot use write-ahead logging"_s.arg(file));
     // FULL: a commit is on disk when the command that made it is answered, even across a power cut.
-    if (!exec(u"PRAGMA synchronous=FULL"_s) || !exec(u"PRAGMA busy_timeout=5000"_s)
-        || !exec(u"PRAGMA cache_size=-32000"_s))
+    if (!exec(u"PRAGMA synchronous=FULL"_s) || !exec(u"PRAGMA busy_timeout=5000"_s) ||
+        !exec(u"PRAGMA cache_size=-32000"_s))
         return failWith(m_error);
 
     if (!pragma.exec(u"PRAGMA user_version"_s) || !pragma.next())
@@ -275,8 +275,9 @@ bool Store::isEmpty()
 {
     QSqlQuery query(database());
     // The two System blocks always exist; empty means that nothing has been stored in any table.
-    return query.exec(u"SELECT NOT EXISTS (SELECT 1 FROM field) AND NOT EXISTS (SELECT 1 FROM record WHERE tbl <> 2)"_s)
-        && query.next() && query.value(0).toBool();
+    return query.exec(
+               u"SELECT NOT EXISTS (SELECT 1 FROM field) AND NOT EXISTS (SELECT 1 FROM record WHERE tbl <> 2)"_s) &&
+           query.next() && query.value(0).toBool();
 }
 
 std::optional<qint64> Store::SystemBlockId(QStringView block)
@@ -318,7 +319,8 @@ std::optional<qint64> Store::createRecord(Table table)
 
 bool Store::deleteRecord(Table table, qint64 id)
 {
-    QSqlQuery &fieldsGone = prepared(DeleteRecordFields, u"DELETE FROM field INDEXED BY field_by_record WHERE tbl = ? AND id = ?"_s);
+    QSqlQuery &fieldsGone = prepared(
+        DeleteRecordFields, u"DELETE FROM field INDEXED BY field_by_record WHERE tbl = ? AND id = ?"_s);
     fieldsGone.bindValue(0, int(table));
     fieldsGone.bindValue(1, id);
     if (!fieldsGone.exec())
@@ -333,7 +335,9 @@ bool Store::deleteRecord(Table table, qint64 id)
 
 QList<StoredField> Store::fields(Table table, qint64 id)
 {
-    QSqlQuery &query = prepared(SelectFields, u"SELECT name, type, value FROM field INDEXED BY field_by_record WHERE tbl = ? AND id = ? ORDER BY fkey"_s);
+    QSqlQuery &query = prepared(
+        SelectFields,
+        u"SELECT name, type, value FROM field INDEXED BY field_by_record WHERE tbl = ? AND id = ? ORDER BY fkey"_s);
     query.bindValue(0, int(table));
     query.bindValue(1, id);
     QList<StoredField> result;
@@ -341,7 +345,8 @@ QList<StoredField> Store::fields(Table table, qint64 id)
         return result;
     while (query.next()) {
         const QString type = query.value(1).toString();
-        result.append({query.value(0).toString(), type.isEmpty() ? u'S' : type.at(0), query.value(2).toString()});
+        result.append(
+            {query.value(0).toString(), type.isEmpty() ? u'S' : type.at(0), query.value(2).toString()});
     }
     query.finish();
     return result;
@@ -349,7 +354,8 @@ QList<StoredField> Store::fields(Table table, qint64 id)
 
 StoredField Store::field(Table table, qint64 id, QStringView name)
 {
-    QSqlQuery &query = prepared(SelectField, u"SELECT name, type, value FROM field WHERE tbl = ? AND fkey = ? AND id = ?"_s);
+    QSqlQuery &query =
+        prepared(SelectField, u"SELECT name, type, value FROM field WHERE tbl = ? AND fkey = ? AND id = ?"_s);
     query.bindValue(0, int(table));
     query.bindValue(1, FieldKey(name));
     query.bindValue(2, id);
@@ -365,14 +371,16 @@ StoredField Store::field(Table table, qint64 id, QStringView name)
 bool Store::setField(Table table, qint64 id, const QString &name, QChar type, const QString &value)
 {
     if (value.isEmpty()) {
-        QSqlQuery &remove = prepared(DeleteField, u"DELETE FROM field WHERE tbl = ? AND fkey = ? AND id = ?"_s);
+        QSqlQuery &remove =
+            prepared(DeleteField, u"DELETE FROM field WHERE tbl = ? AND fkey = ? AND id = ?"_s);
         remove.bindValue(0, int(table));
         remove.bindValue(1, FieldKey(name));
         remove.bindValue(2, id);
         return remove.exec() || fail(remove);
     }
-    QSqlQuery &upsert = prepared(UpsertField,
-                                 u"INSERT OR REPLACE INTO field (tbl, fkey, id, name, type, value) VALUES (?, ?, ?, ?, ?, ?)"_s);
+    QSqlQuery &upsert = prepared(
+        UpsertField,
+        u"INSERT OR REPLACE INTO field (tbl, fkey, id, name, type, value) VALUES (?, ?, ?, ?, ?, ?)"_s);
     upsert.bindValue(0, int(table));
     upsert.bindValue(1, FieldKey(name));
     upsert.bindValue(2, id);
@@ -385,7 +393,8 @@ bool Store::setField(Table table, qint64 id, const QString &name, QChar type, co
 QList<StoredField> Store::column(Table table, QStringView name, const QList<qint64> &ids)
 {
     QList<StoredField> result(ids.size());
-    QSqlQuery &query = prepared(SelectColumn, u"SELECT id, type, value FROM field WHERE tbl = ? AND fkey = ? ORDER BY id"_s);
+    QSqlQuery &query =
+        prepared(SelectColumn, u"SELECT id, type, value FROM field WHERE tbl = ? AND fkey = ? ORDER BY id"_s);
     query.bindValue(0, int(table));
     query.bindValue(1, FieldKey(name));
     if (!query.exec())
@@ -411,8 +420,9 @@ QList<StoredField> Store::column(Table table, QStringView name, const QList<qint
 std::optional<qint64> Store::deviceByExt(const QString &number)
 {
     // The literal terms let SQLite use the partial index device_number.
-    QSqlQuery &query = prepared(SelectDevice,
-                                u"SELECT id FROM field WHERE tbl = 1 AND fkey = 'ext' AND value = ? COLLATE NOCASE ORDER BY id LIMIT 1"_s);
+    QSqlQuery &query = prepared(
+        SelectDevice,
+        u"SELECT id FROM field WHERE tbl = 1 AND fkey = 'ext' AND value = ? COLLATE NOCASE ORDER BY id LIMIT 1"_s);
     query.bindValue(0, number.trimmed());
     std::optional<qint64> result;
     if (query.exec() && query.next())

@@ -19,14 +19,16 @@ std::optional<Table> TableFromName(QStringView name);
 QString TableName(Table table);
 
 // One stored field: its name as last written, its type letter ("S", "N", "D", ...) and its text.
-struct StoredField {
+struct StoredField
+{
     QString name;
     QChar type = u'S';
     QString value;
     bool present() const { return !name.isEmpty(); }
 };
 
-struct Account {
+struct Account
+{
     QByteArray salt;
     QByteArray hash;
     int iterations = 0;

@@ -25,16 +25,20 @@ namespace {
 
 constexpr int deviceCount = 100000;
 
-const QString deviceFieldList =
-    u"Ext,Name,Dept,DDI,Type,Password,Assistant,Mobile,CanDial,CallLog,OtherLog,ViewAB,EditAB,ShowAll,ExcludeBLF,"
-    "DontMonitor,MainNo,NotAnswer,EditOwn,Supervisor,ConfigButtons,UseOutlook,AllowPickup,SetCallback,AllowReroute,"
-    "Privacy,Administrator,ViewBLF,ViewTodo,ViewFeatures,UsePBXName,RequireAgent,IncludeBLF,Buttons,btn0,btn1,btn2,"
-    "btn3,btn4,btn5,btn6,btn7,btn8,Events,NewAB,PrivateAB,AB1Vars,AB2Vars,AB3Vars,AB4Vars,AB1Use,AB2Use,AB3Use,"
-    "AB4Use,Campaigns,CampaignsDone,UseAbsence,AbsenceText,Notes"_s;
+const QString deviceFieldList = u"Ext,Name,Dept,DDI,Type,Password,Assistant,Mobile,CanDial,CallLog,OtherLog,"
+                                u"ViewAB,EditAB,ShowAll,ExcludeBLF,"
+                                "DontMonitor,MainNo,NotAnswer,EditOwn,Supervisor,ConfigButtons,UseOutlook,"
+                                "AllowPickup,SetCallback,AllowReroute,"
+                                "Privacy,Administrator,ViewBLF,ViewTodo,ViewFeatures,UsePBXName,RequireAgent,"
+                                "IncludeBLF,Buttons,btn0,btn1,btn2,"
+                                "btn3,btn4,btn5,btn6,btn7,btn8,Events,NewAB,PrivateAB,AB1Vars,AB2Vars,"
+                                "AB3Vars,AB4Vars,AB1Use,AB2Use,AB3Use,"
+                                "AB4Use,Campaigns,CampaignsDone,UseAbsence,AbsenceText,Notes"_s;
 
-const QStringList flags = {u"CanDial"_s, u"CallLog"_s, u"OtherLog"_s, u"ViewAB"_s, u"EditAB"_s, u"ShowAll"_s,
-                           u"EditOwn"_s, u"ConfigButtons"_s, u"ViewBLF"_s, u"AllowPickup"_s, u"ViewTodo"_s,
-                           u"ViewFeatures"_s, u"SetCallback"_s, u"Privacy"_s};
+const QStringList flags = {u"CanDial"_s,     u"CallLog"_s,     u"OtherLog"_s, u"ViewAB"_s,
+                           u"EditAB"_s,      u"ShowAll"_s,     u"EditOwn"_s,  u"ConfigButtons"_s,
+                           u"ViewBLF"_s,     u"AllowPickup"_s, u"ViewTodo"_s, u"ViewFeatures"_s,
+                           u"SetCallback"_s, u"Privacy"_s};
 
 // A device as the device window writes it: general fields, flags, buttons.
 QString deviceRecord(int n, int edit = 0)
@@ -91,8 +95,7 @@ public:
     }
 
 private:
-    template <typename Done>
-    bool wait(Done done)
+    template <typename Done> bool wait(Done done)
     {
         QTimer limit;
         limit.setSingleShot(true);
@@ -174,8 +177,7 @@ qint64 pickDevice(std::uint64_t &state)
 }
 
 // Seconds per operation of body, run count times.
-template <typename Body>
-double secondsPerOp(int count, Body body)
+template <typename Body> double secondsPerOp(int count, Body body)
 {
     QElapsedTimer timer;
     timer.start();
@@ -199,7 +201,8 @@ double sqliteDeviceRead(int count)
     Site &site = Site::instance();
     QSqlQuery query(site.sqlite);
     query.setForwardOnly(true);
-    query.prepare(u"SELECT name, type, value FROM field INDEXED BY field_by_record WHERE tbl = 1 AND id = ?"_s);
+    query.prepare(
+        u"SELECT name, type, value FROM field INDEXED BY field_by_record WHERE tbl = 1 AND id = ?"_s);
     std::uint64_t random = 7;
     return secondsPerOp(count, [&](int) {
         query.bindValue(0, pickDevice(random));
@@ -235,7 +238,8 @@ double sqliteDeviceWrite(int count)
 {
     Site &site = Site::instance();
     QSqlQuery upsert(site.sqlite);
-    upsert.prepare(u"INSERT OR REPLACE INTO field (tbl, fkey, id, name, type, value) VALUES (1, ?, ?, ?, 'S', ?)"_s);
+    upsert.prepare(
+        u"INSERT OR REPLACE INTO field (tbl, fkey, id, name, type, value) VALUES (1, ?, ?, ?, 'S', ?)"_s);
     std::uint64_t random = 13;
     return secondsPerOp(count, [&](int i) {
         const qint64 id = pickDevice(random);
@@ -283,7 +287,8 @@ BENCHMARK(BM_SetFieldsOverSession)->Unit(benchmark::kMillisecond)->MinTime(2.0);
 
 // --- GetList of 100,000 devices -------------------------------------------------------------------
 
-const QString deviceListCommand = u"{Cmd=GetList}{Table=Exts}{Ref=MAIN-EXTS}{Fields=ExtensionId,Id,Ext,Name,Type,Dept}{Sort=Ext}"_s;
+const QString deviceListCommand =
+    u"{Cmd=GetList}{Table=Exts}{Ref=MAIN-EXTS}{Fields=ExtensionId,Id,Ext,Name,Type,Dept}{Sort=Ext}"_s;
 
 // The same rows read straight from SQLite: the four stored fields of every device.
 double sqliteDeviceList()
@@ -292,7 +297,8 @@ double sqliteDeviceList()
     QSqlQuery query(site.sqlite);
     query.setForwardOnly(true);
     return secondsPerOp(3, [&](int) {
-        query.exec(u"SELECT id, fkey, type, value FROM field WHERE tbl = 1 AND fkey IN ('ext', 'name', 'type', 'dept')"_s);
+        query.exec(
+            u"SELECT id, fkey, type, value FROM field WHERE tbl = 1 AND fkey IN ('ext', 'name', 'type', 'dept')"_s);
         qint64 rows = 0;
         while (query.next()) {
             benchmark::DoNotOptimize(query.value(0).toLongLong());

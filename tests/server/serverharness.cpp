@@ -5,8 +5,8 @@
 
 #include <QEventLoop>
 #include <QRegularExpression>
-#include <QTimer>
 #include <QTest>
+#include <QTimer>
 
 using namespace Qt::StringLiterals;
 
@@ -58,12 +58,14 @@ bool ServerProcess::start(const QStringList &extraArguments)
     if (!m_process.waitForStarted(10000))
         return false;
     static const QRegularExpression listening(u"listening on (wss?://[^\\s]+)"_s);
-    const bool up = QTest::qWaitFor([&] {
-        const auto match = listening.match(QString::fromUtf8(m_stderr));
-        if (match.hasMatch())
-            m_url = QUrl(match.captured(1));
-        return m_url.isValid() || m_process.state() == QProcess::NotRunning;
-    }, 15000);
+    const bool up = QTest::qWaitFor(
+        [&] {
+            const auto match = listening.match(QString::fromUtf8(m_stderr));
+            if (match.hasMatch())
+                m_url = QUrl(match.captured(1));
+            return m_url.isValid() || m_process.state() == QProcess::NotRunning;
+        },
+        15000);
     return up && m_url.isValid();
 }
 
@@ -110,7 +112,8 @@ RawClient::RawClient()
 {
     m_socket.setMaxAllowedIncomingFrameSize(64 * 1024 * 1024);
     m_socket.setMaxAllowedIncomingMessageSize(64 * 1024 * 1024);
-    connect(&m_socket, &QWebSocket::textMessageReceived, this, [this](const QString &frame) { m_frames.append(frame); });
+    connect(&m_socket, &QWebSocket::textMessageReceived, this,
+            [this](const QString &frame) { m_frames.append(frame); });
     connect(&m_socket, &QWebSocket::disconnected, this, [this] { m_closed = true; });
 }
 
@@ -118,8 +121,9 @@ bool RawClient::open(const QUrl &url, int timeoutMs)
 {
     m_closed = false;
     m_socket.open(url);
-    return QTest::qWaitFor([&] { return m_socket.state() == QAbstractSocket::ConnectedState || m_closed; }, timeoutMs)
-        && m_socket.state() == QAbstractSocket::ConnectedState;
+    return QTest::qWaitFor([&] { return m_socket.state() == QAbstractSocket::ConnectedState || m_closed; },
+                           timeoutMs) &&
+           m_socket.state() == QAbstractSocket::ConnectedState;
 }
 
 bool RawClient::logIn(const QString &user, const QString &password)
@@ -159,7 +163,8 @@ std::optional<QString> RawClient::next(int timeoutMs)
         QTimer::singleShot(timeoutMs, &loop, &QEventLoop::quit);
         const auto arrived = connect(&m_socket, &QWebSocket::textMessageReceived, &loop, &QEventLoop::quit,
                                      Qt::QueuedConnection);
-        const auto closed = connect(&m_socket, &QWebSocket::disconnected, &loop, &QEventLoop::quit, Qt::QueuedConnection);
+        const auto closed =
+            connect(&m_socket, &QWebSocket::disconnected, &loop, &QEventLoop::quit, Qt::QueuedConnection);
         loop.exec();
         disconnect(arrived);
         disconnect(closed);

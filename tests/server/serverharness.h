@@ -39,7 +39,8 @@ public:
     int refusalLines();
 
     // Runs quillserverd with arguments to completion; gives its exit code (-1 when it would not run).
-    static int RunToEnd(const QStringList &arguments, const QByteArray &stdinText = {}, QString *output = nullptr);
+    static int RunToEnd(const QStringList &arguments, const QByteArray &stdinText = {},
+                        QString *output = nullptr);
 
 private:
     QTemporaryDir m_dir;

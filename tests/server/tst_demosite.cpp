@@ -50,7 +50,8 @@ void tst_DemoSite::initTestCase()
 
 void tst_DemoSite::devicesOfAllFourKindsWithButtonsAndEvents()
 {
-    const QString list = m_server.execute(u"{Cmd=GetList}{Table=Exts}{Ref=MAIN-EXTS}{Fields=ExtensionId,Id,Ext,Name,Type,Dept}{Sort=Type}"_s);
+    const QString list = m_server.execute(
+        u"{Cmd=GetList}{Table=Exts}{Ref=MAIN-EXTS}{Fields=ExtensionId,Id,Ext,Name,Type,Dept}{Sort=Type}"_s);
     const QStringList devices = rows(list);
     QVERIFY(devices.size() >= 180 && devices.size() <= 220);
     QMap<QString, int> kinds;
@@ -87,8 +88,11 @@ void tst_DemoSite::devicesOfAllFourKindsWithButtonsAndEvents()
 
     // A sales extension runs scripts on its events.
     const QString sales = rows(m_server.execute(u"{Cmd=GetList}{Table=Exts}{Fields=Id,Dept}{Sort=Id}"_s))
-                              .filter(u"Sales"_s).first();
-    const QString salesRow = m_server.execute(u"{Cmd=GetFields}{Table=Exts}{Fields=Events,Campaigns,Buttons}{Id="_s + GetText(sales, u"Id"_s) + u'}');
+                              .filter(u"Sales"_s)
+                              .first();
+    const QString salesRow =
+        m_server.execute(u"{Cmd=GetFields}{Table=Exts}{Fields=Events,Campaigns,Buttons}{Id="_s +
+                         GetText(sales, u"Id"_s) + u'}');
     const QString events = GetText(salesRow, u"Events"_s);
     QCOMPARE(GetText(GetText(events, u"NewCall"_s), u"Script"_s), u"PopCRM"_s);
     QCOMPARE(GetText(GetText(events, u"Startup"_s), u"Script"_s), u"LogOn"_s);
@@ -97,7 +101,9 @@ void tst_DemoSite::devicesOfAllFourKindsWithButtonsAndEvents()
 
 void tst_DemoSite::siteSettingsAndFeatureCodes()
 {
-    const QString pbx = GetText(m_server.execute(u"{Cmd=GetField}{Table=System}{Id=PBX}{Field=Options}{Ref=MAIN-PBX}"_s), u"Options"_s);
+    const QString pbx =
+        GetText(m_server.execute(u"{Cmd=GetField}{Table=System}{Id=PBX}{Field=Options}{Ref=MAIN-PBX}"_s),
+                u"Options"_s);
     QCOMPARE(GetText(pbx, u"PBX"_s), u"AVAYA ECS"_s);
     QCOMPARE(GetText(pbx, u"Comm"_s), u"Tcp/Ip"_s);
     QVERIFY(GetText(pbx, u"Name"_s).contains(u"Harbour"_s));
@@ -106,19 +112,23 @@ void tst_DemoSite::siteSettingsAndFeatureCodes()
     QVERIFY(!GetText(pbx, u"Area"_s).isEmpty());
     QCOMPARE(GetText(pbx, u"VMIP"_s), GetText(pbx, u"VMIp"_s));
 
-    const QString features = GetText(m_server.execute(u"{Cmd=GetField}{Table=System}{Id=FEATURES}{Field=Options}{Ref=MAIN-FEATURES}"_s), u"Options"_s);
-    for (const QString &feature : {u"Pickup"_s, u"Park"_s, u"Call forward"_s, u"Do not disturb"_s, u"Voice mail"_s,
-                                   u"Conference"_s, u"Transfer"_s, u"Intrude"_s})
+    const QString features = GetText(
+        m_server.execute(u"{Cmd=GetField}{Table=System}{Id=FEATURES}{Field=Options}{Ref=MAIN-FEATURES}"_s),
+        u"Options"_s);
+    for (const QString &feature : {u"Pickup"_s, u"Park"_s, u"Call forward"_s, u"Do not disturb"_s,
+                                   u"Voice mail"_s, u"Conference"_s, u"Transfer"_s, u"Intrude"_s})
         QVERIFY2(!GetText(features, feature).isEmpty(), qPrintable(feature));
 }
 
 void tst_DemoSite::addressBooksRoutingCampaignsAndScripts()
 {
-    const QStringList books = rows(m_server.execute(u"{Cmd=GetList}{Table=Ab}{Ref=MAIN-AB}{Fields=ABId,Id,Type,Name}{Sort=Name}"_s));
+    const QStringList books = rows(
+        m_server.execute(u"{Cmd=GetList}{Table=Ab}{Ref=MAIN-AB}{Fields=ABId,Id,Type,Name}{Sort=Name}"_s));
     QCOMPARE(books.size(), 3);
     for (const QString &book : books) {
-        const QString record = m_server.execute(u"{Cmd=GetFields}{Table=Ab}{Fields=Name,Type,Options,Statistics}{Ref=AB-AB}{Id="_s
-                                                + GetText(book, u"Id"_s) + u'}');
+        const QString record = m_server.execute(
+            u"{Cmd=GetFields}{Table=Ab}{Fields=Name,Type,Options,Statistics}{Ref=AB-AB}{Id="_s +
+            GetText(book, u"Id"_s) + u'}');
         QVERIFY(!GetText(record, u"Type"_s).isEmpty());
         QVERIFY(!GetText(GetText(record, u"Options"_s), u"Caption"_s).isEmpty());
         const QString stats = GetText(record, u"Statistics"_s);
@@ -129,19 +139,23 @@ void tst_DemoSite::addressBooksRoutingCampaignsAndScripts()
         QVERIFY(GetVar(find1, u"Speed"_s).toDouble() > 0);
     }
 
-    const QStringList routing = rows(m_server.execute(u"{Cmd=GetList}{Table=Routing}{Ref=MAIN-ROUTING}{Fields=RoutingId,Id,Name,Order,Options}{Sort=Order}"_s));
+    const QStringList routing = rows(m_server.execute(
+        u"{Cmd=GetList}{Table=Routing}{Ref=MAIN-ROUTING}{Fields=RoutingId,Id,Name,Order,Options}{Sort=Order}"_s));
     QCOMPARE(routing.size(), 5);
     for (int i = 0; i < 5; ++i) {
         QCOMPARE(GetVar(routing[i], u"Order"_s).toInt(), i + 1);
         QVERIFY(!GetText(GetText(routing[i], u"Options"_s), u"Destination"_s).isEmpty());
     }
 
-    const QStringList campaigns = rows(m_server.execute(u"{Cmd=GetList}{Table=Campaigns}{Ref=MAIN-CAMPAIGNS}{Fields=CampaignId,Id,Name}{Sort=Name}"_s));
+    const QStringList campaigns = rows(m_server.execute(
+        u"{Cmd=GetList}{Table=Campaigns}{Ref=MAIN-CAMPAIGNS}{Fields=CampaignId,Id,Name}{Sort=Name}"_s));
     QCOMPARE(campaigns.size(), 2);
     for (const QString &campaign : campaigns) {
-        const QString options = GetText(m_server.execute(u"{Cmd=GetFields}{Table=Campaigns}{Fields=Name,Options}{Ref=CAMPAIGN-CAMPAIGN}{Id="_s
-                                                         + GetText(campaign, u"Id"_s) + u'}'),
-                                        u"Options"_s);
+        const QString options = GetText(
+            m_server.execute(
+                u"{Cmd=GetFields}{Table=Campaigns}{Fields=Name,Options}{Ref=CAMPAIGN-CAMPAIGN}{Id="_s +
+                GetText(campaign, u"Id"_s) + u'}'),
+            u"Options"_s);
         QVERIFY(GetText(options, u"Database"_s).endsWith(u".mdb"_s));
         const QString menus = GetText(options, u"Scripts"_s);
         QCOMPARE(GetText(GetText(menus, u"Root"_s), u"Caption"_s), u"Initial script"_s);
@@ -150,11 +164,13 @@ void tst_DemoSite::addressBooksRoutingCampaignsAndScripts()
         const QString results = GetText(options, u"Results"_s);
         for (int n = 1; n <= 3; ++n) {
             const QString result = GetText(results, u"Result"_s + QString::number(n));
-            QVERIFY(QStringList({u"Move"_s, u"Postpone"_s, u"Remove"_s}).contains(GetText(result, u"Type"_s)));
+            QVERIFY(
+                QStringList({u"Move"_s, u"Postpone"_s, u"Remove"_s}).contains(GetText(result, u"Type"_s)));
         }
     }
 
-    const QStringList scripts = rows(m_server.execute(u"{Cmd=GetList}{Table=Scripts}{Ref=MAIN-SCRIPTS}{Fields=ScriptId,Id,Name,Params,Display,Options}{Sort=Name}"_s));
+    const QStringList scripts = rows(m_server.execute(
+        u"{Cmd=GetList}{Table=Scripts}{Ref=MAIN-SCRIPTS}{Fields=ScriptId,Id,Name,Params,Display,Options}{Sort=Name}"_s));
     QCOMPARE(scripts.size(), 3);
     for (const QString &script : scripts) {
         QVERIFY(GetText(script, u"Params"_s).contains(u'='));

@@ -51,7 +51,8 @@ public:
         m_socket.connectToHost(url.host(), quint16(url.port()));
         if (!m_socket.waitForConnected(5000))
             return false;
-        m_socket.write("GET / HTTP/1.1\r\nHost: " + url.host().toUtf8() + "\r\nUpgrade: websocket\r\n"
+        m_socket.write("GET / HTTP/1.1\r\nHost: " + url.host().toUtf8() +
+                       "\r\nUpgrade: websocket\r\n"
                        "Connection: Upgrade\r\nSec-WebSocket-Key: dGhlIHNhbXBsZSBub25jZQ==\r\n"
                        "Sec-WebSocket-Version: 13\r\n\r\n");
         QByteArray answer;
@@ -134,11 +135,13 @@ QStringList tst_ServerAbuse::snapshot()
 {
     QStringList records;
     for (const QString &table : {u"Exts"_s, u"Ab"_s, u"Routing"_s, u"Campaigns"_s, u"Scripts"_s}) {
-        const QString list = m_client->request(u"{Cmd=GetList}{Table="_s + table + u"}{Fields=Id}{Sort=Id}"_s);
+        const QString list =
+            m_client->request(u"{Cmd=GetList}{Table="_s + table + u"}{Fields=Id}{Sort=Id}"_s);
         const int count = GetVar(list, u"ListCount"_s).toInt();
         for (int i = 1; i <= count; ++i) {
             const QString id = GetText(GetText(list, u"List"_s + QString::number(i)), u"Id"_s);
-            records.append(table + id + m_client->request(u"{Cmd=GetFields}{Table="_s + table + u"}{Id="_s + id + u'}'));
+            records.append(table + id +
+                           m_client->request(u"{Cmd=GetFields}{Table="_s + table + u"}{Id="_s + id + u'}'));
         }
     }
     for (const QString &block : {u"PBX"_s, u"FEATURES"_s})
@@ -151,7 +154,8 @@ bool tst_ServerAbuse::stillServing()
     if (!m_server->isRunning())
         return false;
     RawClient fresh;
-    return fresh.open(m_server->url()) && fresh.logIn(adminUser, adminPassword) && fresh.request(ping) == echo;
+    return fresh.open(m_server->url()) && fresh.logIn(adminUser, adminPassword) &&
+           fresh.request(ping) == echo;
 }
 
 void tst_ServerAbuse::badCommandsAreRefusedWithOneLineEach()
@@ -163,10 +167,10 @@ void tst_ServerAbuse::badCommandsAreRefusedWithOneLineEach()
         u"{Table=Exts}{Id=1}"_s,
         QString(),
         u"hello"_s,
-        write(u"{Cmd=SetFields}{Table=Exts}"_s, u"{Name(S3)=Bob}"_s, {}),           // no Id
-        write(u"{Cmd=SetFields}{Table=Exts}"_s, u"{Name(S3)=Bob}"_s, 99999),        // no such device
-        write(u"{Cmd=SetFields}{Table=Exts}"_s, u"{Name(S3)=Bob}"_s, -1),           // new device, no Ext
-        write(u"{Cmd=SetFields}{Table=Exts}"_s, u"{Ext(S3)=201}"_s, 3),             // another device's Ext
+        write(u"{Cmd=SetFields}{Table=Exts}"_s, u"{Name(S3)=Bob}"_s, {}),    // no Id
+        write(u"{Cmd=SetFields}{Table=Exts}"_s, u"{Name(S3)=Bob}"_s, 99999), // no such device
+        write(u"{Cmd=SetFields}{Table=Exts}"_s, u"{Name(S3)=Bob}"_s, -1),    // new device, no Ext
+        write(u"{Cmd=SetFields}{Table=Exts}"_s, u"{Ext(S3)=201}"_s, 3),      // another device's Ext
         write(u"{Cmd=SetFields}{Table=Exts}"_s, u"not a tag"_s, 1),
         write(u"{Cmd=SetFields}{Table=Exts}"_s, u"{Bad}Name(S1)=x}"_s, 1),
         write(u"{Cmd=SetFields}{Table=System}{Id=NETWORK}"_s, u"{Options(S3)=x=1}"_s, {}),
@@ -269,7 +273,8 @@ void tst_ServerAbuse::oversizeFramesCloseOnlyTheirOwnConnection()
 
     // The session that behaved is still there, and a frame just under the limit is accepted.
     QCOMPARE(m_client->request(ping), echo);
-    const QString large = u"{Cmd=GetFields}{Table=Exts}{Id=1}{Fields=Ext}{Ref=BIG}"_s + QString(15 * 1024 * 1024, u' ');
+    const QString large =
+        u"{Cmd=GetFields}{Table=Exts}{Id=1}{Fields=Ext}{Ref=BIG}"_s + QString(15 * 1024 * 1024, u' ');
     QCOMPARE(GetText(m_client->request(large), u"Ext"_s), u"200"_s);
     QCOMPARE(snapshot(), m_before);
 }
@@ -287,10 +292,16 @@ void tst_ServerAbuse::aThousandDroppedConnectionsLeaveTheServerServing()
             sockets.push_back(std::make_unique<QWebSocket>());
             sockets.back()->open(url);
         }
-        QVERIFY(QTest::qWaitFor([&] {
-            return std::all_of(bare.begin(), bare.end(), [](const auto &s) { return s->state() == QAbstractSocket::ConnectedState; })
-                && std::all_of(sockets.begin(), sockets.end(), [](const auto &s) { return s->state() == QAbstractSocket::ConnectedState; });
-        }, 10000));
+        QVERIFY(QTest::qWaitFor(
+            [&] {
+                return std::all_of(
+                           bare.begin(), bare.end(),
+                           [](const auto &s) { return s->state() == QAbstractSocket::ConnectedState; }) &&
+                       std::all_of(sockets.begin(), sockets.end(), [](const auto &s) {
+                           return s->state() == QAbstractSocket::ConnectedState;
+                       });
+            },
+            10000));
         opened += int(bare.size() + sockets.size());
         for (std::size_t i = 0; i < bare.size(); ++i) {
             if (i % 2)

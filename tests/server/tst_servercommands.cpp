@@ -101,7 +101,8 @@ void tst_ServerCommands::cleanup()
     m_server.reset();
 }
 
-QString tst_ServerCommands::createDevice(const QString &ext, const QList<std::pair<QString, QVariant>> &fields)
+QString tst_ServerCommands::createDevice(const QString &ext,
+                                         const QList<std::pair<QString, QVariant>> &fields)
 {
     QList<std::pair<QString, QVariant>> all = {{u"Ext"_s, ext}};
     all += fields;
@@ -116,13 +117,16 @@ QString tst_ServerCommands::createDevice(const QString &ext, const QList<std::pa
 
 QString tst_ServerCommands::deviceList(const QString &sort)
 {
-    return request(u"{Cmd=GetList}{Table=Exts}{Ref=MAIN-EXTS}{Fields=ExtensionId,Id,Ext,Name,Type,Dept}{Sort="_s + sort + u'}');
+    return request(
+        u"{Cmd=GetList}{Table=Exts}{Ref=MAIN-EXTS}{Fields=ExtensionId,Id,Ext,Name,Type,Dept}{Sort="_s + sort +
+        u'}');
 }
 
 void tst_ServerCommands::getListOrdersRowsCountsThemAndAnswersEmptyTables()
 {
     // A table with nothing in it: ListCount 0 and no rows, still under the command's Ref.
-    const QString empty = request(u"{Cmd=GetList}{Table=Routing}{Ref=MAIN-ROUTING}{Fields=RoutingId,Id,Name,Order,Options}{Sort=Order}"_s);
+    const QString empty = request(
+        u"{Cmd=GetList}{Table=Routing}{Ref=MAIN-ROUTING}{Fields=RoutingId,Id,Name,Order,Options}{Sort=Order}"_s);
     QVERIFY(empty.startsWith(u"{Ref"_s));
     QCOMPARE(GetText(empty, u"Ref"_s), u"MAIN-ROUTING"_s);
     QCOMPARE(GetVar(empty, u"ListCount"_s).toInt(), 0);
@@ -149,22 +153,31 @@ void tst_ServerCommands::getListOrdersRowsCountsThemAndAnswersEmptyTables()
 
     // Equal names keep id order; the sort field is matched without regard to case.
     const QString byName = deviceList(u"name"_s);
-    QCOMPARE(column(byName, u"Name"_s), (QStringList{u"Alpha"_s, u"Alpha"_s, u"bravo"_s, u"charlie"_s, u"Delta"_s}));
+    QCOMPARE(column(byName, u"Name"_s),
+             (QStringList{u"Alpha"_s, u"Alpha"_s, u"bravo"_s, u"charlie"_s, u"Delta"_s}));
     QCOMPARE(column(byName, u"Ext"_s).mid(0, 2), (QStringList{u"9"_s, u"ABD"_s}));
 
     // Nested records come back as nested entries.
-    send(setFields(u"Scripts"_s, record({{u"Name"_s, u"Zeta"_s}, {u"Options"_s, record({{u"Language"_s, u"VBScript"_s}})}}), u"-1"_s));
+    send(setFields(u"Scripts"_s,
+                   record({{u"Name"_s, u"Zeta"_s}, {u"Options"_s, record({{u"Language"_s, u"VBScript"_s}})}}),
+                   u"-1"_s));
     send(setFields(u"Scripts"_s, record({{u"Name"_s, u"alpha"_s}}), u"-1"_s));
-    const QString scripts = request(u"{Cmd=GetList}{Table=Scripts}{Ref=MAIN-SCRIPTS}{Fields=ScriptId,Id,Name,Options}{Sort=Name}"_s);
+    const QString scripts = request(
+        u"{Cmd=GetList}{Table=Scripts}{Ref=MAIN-SCRIPTS}{Fields=ScriptId,Id,Name,Options}{Sort=Name}"_s);
     QCOMPARE(column(scripts, u"Name"_s), (QStringList{u"alpha"_s, u"Zeta"_s}));
     QCOMPARE(GetText(GetText(rows(scripts).at(1), u"Options"_s), u"Language"_s), u"VBScript"_s);
 }
 
 void tst_ServerCommands::getFieldsReadsOneRecordOrMarksDifferencesAcrossSeveral()
 {
-    const QString a = createDevice(u"201"_s, {{u"Name"_s, u"Ann"_s}, {u"Dept"_s, u"Sales"_s}, {u"CanDial"_s, u"1"_s}, {u"Notes"_s, u"keys"_s}});
-    const QString b = createDevice(u"202"_s, {{u"Name"_s, u"Bob"_s}, {u"Dept"_s, u"Sales"_s}, {u"CanDial"_s, u"1"_s}});
-    const QString c = createDevice(u"203"_s, {{u"Name"_s, u"Cy"_s}, {u"Dept"_s, u"Sales"_s}, {u"CanDial"_s, u"1"_s}, {u"Limit"_s, 12.5}});
+    const QString a = createDevice(
+        u"201"_s,
+        {{u"Name"_s, u"Ann"_s}, {u"Dept"_s, u"Sales"_s}, {u"CanDial"_s, u"1"_s}, {u"Notes"_s, u"keys"_s}});
+    const QString b =
+        createDevice(u"202"_s, {{u"Name"_s, u"Bob"_s}, {u"Dept"_s, u"Sales"_s}, {u"CanDial"_s, u"1"_s}});
+    const QString c = createDevice(
+        u"203"_s,
+        {{u"Name"_s, u"Cy"_s}, {u"Dept"_s, u"Sales"_s}, {u"CanDial"_s, u"1"_s}, {u"Limit"_s, 12.5}});
 
     // One device: the asked fields as top-level entries, with the type letters they were stored with.
     QString one = u"{Cmd=GetFields}{Table=Exts}{Fields=Ext,Name,Limit,Privacy}{Ref=EXTS-EXT}"_s;
@@ -194,7 +207,10 @@ void tst_ServerCommands::getFieldsReadsOneRecordOrMarksDifferencesAcrossSeveral(
 
 void tst_ServerCommands::setFieldsMergesAndKeepsFieldsNotSent()
 {
-    const QString a = createDevice(u"301"_s, {{u"Name"_s, u"Dee"_s}, {u"Dept"_s, u"Accounts"_s}, {u"Notes"_s, u"line 1\nline 2"_s}, {u"Privacy"_s, u"1"_s}});
+    const QString a = createDevice(u"301"_s, {{u"Name"_s, u"Dee"_s},
+                                              {u"Dept"_s, u"Accounts"_s},
+                                              {u"Notes"_s, u"line 1\nline 2"_s},
+                                              {u"Privacy"_s, u"1"_s}});
     const QString b = createDevice(u"302"_s, {{u"Name"_s, u"Eve"_s}, {u"Dept"_s, u"Accounts"_s}});
     const QString c = createDevice(u"303"_s, {{u"Name"_s, u"Fay"_s}, {u"Dept"_s, u"Accounts"_s}});
 
@@ -228,7 +244,8 @@ void tst_ServerCommands::setFieldsMergesAndKeepsFieldsNotSent()
         send(setFields(u"Scripts"_s, record({{u"Name"_s, QString(u"s"_s + QString::number(i))}}), u"-1"_s));
     send(u"{Cmd=SetFields}{Table=Scripts}{Fields(S33)={Name(S5)=Daily}{Script(S4)=Beep}}{Id(S1)=7}"_s);
     send(u"{Cmd=SetFields}{Table=Scripts}{Id(S1)=7}"_s);
-    const QString script = request(u"{Cmd=GetFields}{Table=Scripts}{Id=7}{Fields=ScriptId,Id,Name,Options,Script}{Ref=SCRIPTS-SCRIPT}"_s);
+    const QString script = request(
+        u"{Cmd=GetFields}{Table=Scripts}{Id=7}{Fields=ScriptId,Id,Name,Options,Script}{Ref=SCRIPTS-SCRIPT}"_s);
     QCOMPARE(GetText(script, u"Name"_s), u"Daily"_s);
     QCOMPARE(GetText(script, u"Script"_s), u"Beep"_s);
     QCOMPARE(GetVar(script, u"ScriptId"_s).toInt(), 7);
@@ -236,7 +253,8 @@ void tst_ServerCommands::setFieldsMergesAndKeepsFieldsNotSent()
 
 void tst_ServerCommands::newRecordsAndDevicesWhoseExtExists()
 {
-    const QString first = createDevice(u"401"_s, {{u"Name"_s, u"Gil"_s}, {u"Dept"_s, u"IT"_s}, {u"Mobile"_s, u"07700900401"_s}});
+    const QString first = createDevice(
+        u"401"_s, {{u"Name"_s, u"Gil"_s}, {u"Dept"_s, u"IT"_s}, {u"Mobile"_s, u"07700900401"_s}});
     const QString second = createDevice(u"402"_s, {{u"Name"_s, u"Hal"_s}});
     QVERIFY(!first.isEmpty());
     QVERIFY(second.toInt() > first.toInt());
@@ -261,7 +279,8 @@ void tst_ServerCommands::newRecordsAndDevicesWhoseExtExists()
     // Other tables: every Id -1 is a new record with a new id.
     send(setFields(u"AB"_s, record({{u"Name"_s, u"Customers"_s}, {u"Type"_s, u"ODBC"_s}}), u"-1"_s));
     send(setFields(u"AB"_s, record({{u"Name"_s, u"Customers"_s}, {u"Type"_s, u"ODBC"_s}}), u"-1"_s));
-    const QString books = request(u"{Cmd=GetList}{Table=Ab}{Ref=MAIN-AB}{Fields=ABId,Id,Type,Name}{Sort=Name}"_s);
+    const QString books =
+        request(u"{Cmd=GetList}{Table=Ab}{Ref=MAIN-AB}{Fields=ABId,Id,Type,Name}{Sort=Name}"_s);
     QCOMPARE(GetVar(books, u"ListCount"_s).toInt(), 2);
     QVERIFY(GetText(rows(books).at(0), u"ABId"_s) != GetText(rows(books).at(1), u"ABId"_s));
 }
@@ -270,7 +289,8 @@ void tst_ServerCommands::deleteRemovesExactlyTheNamedRecords()
 {
     QStringList ids;
     for (int ext = 501; ext <= 505; ++ext)
-        ids.append(createDevice(QString::number(ext), {{u"Name"_s, QString(u"Device "_s + QString::number(ext))}}));
+        ids.append(
+            createDevice(QString::number(ext), {{u"Name"_s, QString(u"Device "_s + QString::number(ext))}}));
 
     QString command = u"{Cmd=Delete}{Table=Exts}"_s;
     AddVar(command, u"Id"_s, QStringList{ids[1], ids[3], ids[4]}.join(u','));
@@ -285,7 +305,8 @@ void tst_ServerCommands::deleteRemovesExactlyTheNamedRecords()
 
     // Address books are written as "AB" and read as "Ab": one table.
     send(setFields(u"AB"_s, record({{u"Name"_s, u"Hauliers"_s}}), u"-1"_s));
-    const QString book = GetText(rows(request(u"{Cmd=GetList}{Table=Ab}{Fields=Id,Name}"_s)).value(0), u"Id"_s);
+    const QString book =
+        GetText(rows(request(u"{Cmd=GetList}{Table=Ab}{Fields=Id,Name}"_s)).value(0), u"Id"_s);
     QString removeBook = u"{Cmd=Delete}{Table=AB}"_s;
     AddVar(removeBook, u"Id"_s, book);
     send(removeBook);
@@ -295,7 +316,8 @@ void tst_ServerCommands::deleteRemovesExactlyTheNamedRecords()
 void tst_ServerCommands::systemBlocksRoutingOrderRebuildAndPing()
 {
     // The PBX block travels in Options and comes back nested under GetField.
-    const QString options = record({{u"Name"_s, u"Harbour"_s}, {u"PBX"_s, u"AVAYA ECS"_s}, {u"Comm"_s, u"Tcp/Ip"_s}});
+    const QString options =
+        record({{u"Name"_s, u"Harbour"_s}, {u"PBX"_s, u"AVAYA ECS"_s}, {u"Comm"_s, u"Tcp/Ip"_s}});
     QString store = u"{Cmd=SetFields}{Table=System}{Id=PBX}"_s;
     AddVar(store, u"Fields"_s, record({{u"Options"_s, options}}));
     send(store);
@@ -305,7 +327,8 @@ void tst_ServerCommands::systemBlocksRoutingOrderRebuildAndPing()
     const QString pbx = request(u"{Cmd=GetField}{Table=System}{Id=PBX}{Field=Options}{Ref=MAIN-PBX}"_s);
     QCOMPARE(GetText(pbx, u"Ref"_s), u"MAIN-PBX"_s);
     QCOMPARE(GetText(pbx, u"Options"_s), options);
-    const QString codes = request(u"{Cmd=GetField}{Table=System}{Id=FEATURES}{Field=Options}{Ref=MAIN-FEATURES}"_s);
+    const QString codes =
+        request(u"{Cmd=GetField}{Table=System}{Id=FEATURES}{Field=Options}{Ref=MAIN-FEATURES}"_s);
     QCOMPARE(GetText(GetText(codes, u"Options"_s), u"Park"_s), u"*44"_s);
     QVERIFY(!codes.contains(u"AVAYA"_s));
 
@@ -314,7 +337,9 @@ void tst_ServerCommands::systemBlocksRoutingOrderRebuildAndPing()
     QString bare = u"{Cmd=SetFields}{Table=System}{Id=FEATURES}"_s;
     AddVar(bare, u"Fields"_s, record({{u"Call forward"_s, u"*2"_s}, {u"Park, retrieve"_s, u"*45"_s}}));
     send(bare);
-    const QString renamed = GetText(request(u"{Cmd=GetField}{Table=System}{Id=FEATURES}{Field=Options}{Ref=MAIN-FEATURES}"_s), u"Options"_s);
+    const QString renamed =
+        GetText(request(u"{Cmd=GetField}{Table=System}{Id=FEATURES}{Field=Options}{Ref=MAIN-FEATURES}"_s),
+                u"Options"_s);
     QCOMPARE(GetText(renamed, u"Call forward"_s), u"*2"_s);
     QCOMPARE(GetText(renamed, u"Park, retrieve"_s), u"*45"_s);
     QVERIFY(!renamed.contains(u"{Park("_s)); // the block is replaced whole
@@ -322,7 +347,8 @@ void tst_ServerCommands::systemBlocksRoutingOrderRebuildAndPing()
     // Moving a routing condition: two SetField commands swap the orders.
     send(setFields(u"Routing"_s, record({{u"Order"_s, QVariant(1)}, {u"Name"_s, u"Night"_s}}), u"-1"_s));
     send(setFields(u"Routing"_s, record({{u"Order"_s, QVariant(2)}, {u"Name"_s, u"Day"_s}}), u"-1"_s));
-    const QString routing = u"{Cmd=GetList}{Table=Routing}{Ref=MAIN-ROUTING}{Fields=RoutingId,Id,Name,Order,Options}{Sort=Order}"_s;
+    const QString routing =
+        u"{Cmd=GetList}{Table=Routing}{Ref=MAIN-ROUTING}{Fields=RoutingId,Id,Name,Order,Options}{Sort=Order}"_s;
     const QStringList before = rows(request(routing));
     QCOMPARE(column(request(routing), u"Name"_s), (QStringList{u"Night"_s, u"Day"_s}));
     for (int i = 0; i < 2; ++i) {
@@ -335,10 +361,12 @@ void tst_ServerCommands::systemBlocksRoutingOrderRebuildAndPing()
     QCOMPARE(column(request(routing), u"Name"_s), (QStringList{u"Day"_s, u"Night"_s}));
 
     // ABRebuild names the book (by name, as the tool does, or by id) and refreshes its statistics.
-    const QString stats = record({{u"HitRate"_s, QVariant(50)}, {u"Find1"_s, record({{u"Search"_s, u"Bootle"_s}})}});
+    const QString stats =
+        record({{u"HitRate"_s, QVariant(50)}, {u"Find1"_s, record({{u"Search"_s, u"Bootle"_s}})}});
     send(setFields(u"AB"_s, record({{u"Name"_s, u"Customers"_s}, {u"Statistics"_s, stats}}), u"-1"_s));
     send(u"{Cmd=ABRebuild}{Ab=customers}"_s);
-    const QString book = request(u"{Cmd=GetFields}{Table=Ab}{Fields=Name,Type,Options,Statistics}{Ref=AB-AB}{Id=1}"_s);
+    const QString book =
+        request(u"{Cmd=GetFields}{Table=Ab}{Fields=Name,Type,Options,Statistics}{Ref=AB-AB}{Id=1}"_s);
     const QString refreshed = GetText(book, u"Statistics"_s);
     QVERIFY(GetVar(refreshed, u"Rebuilt"_s).toDateTime().isValid());
     QCOMPARE(GetText(GetText(refreshed, u"Find1"_s), u"Search"_s), u"Bootle"_s);

@@ -76,10 +76,12 @@ void tst_ServerDurability::acknowledgedWritesSurviveAKill()
     RawClient client;
     QVERIFY(client.open(server.url()));
     QVERIFY(client.logIn(adminUser, adminPassword));
-    const QString list = client.request(u"{Cmd=GetList}{Table=Scripts}{Ref=MAIN-SCRIPTS}{Fields=ScriptId,Id,Name}{Sort=Name}"_s);
+    const QString list = client.request(
+        u"{Cmd=GetList}{Table=Scripts}{Ref=MAIN-SCRIPTS}{Fields=ScriptId,Id,Name}{Sort=Name}"_s);
     QCOMPARE(GetVar(list, u"ListCount"_s).toInt(), 49);
     QCOMPARE(GetText(GetText(list, u"List49"_s), u"Name"_s), u"Script 049"_s);
-    const QString seventh = client.request(u"{Cmd=GetFields}{Table=Scripts}{Id=7}{Fields=Name,Params,Script}"_s);
+    const QString seventh =
+        client.request(u"{Cmd=GetFields}{Table=Scripts}{Id=7}{Fields=Name,Params,Script}"_s);
     QCOMPARE(GetText(seventh, u"Name"_s), u"Script 007"_s);
     QCOMPARE(GetText(seventh, u"Params"_s), u"Queue=1,2"_s);
 
@@ -103,7 +105,9 @@ void tst_ServerDurability::theDatabaseFileIsVersionedAndGuarded()
     QVERIFY(server.addUser(u"second"_s, adminPassword));
     QVERIFY(sqlite(file, u"SELECT min(iterations) FROM account"_s).toInt() >= 100000);
     QCOMPARE(sqlite(file, u"SELECT count(DISTINCT hash) FROM account WHERE length(salt) >= 16"_s).toInt(), 2);
-    QCOMPARE(sqlite(file, u"SELECT count(*) FROM account WHERE instr(hash, CAST('mooring' AS BLOB)) > 0"_s).toInt(), 0);
+    QCOMPARE(sqlite(file, u"SELECT count(*) FROM account WHERE instr(hash, CAST('mooring' AS BLOB)) > 0"_s)
+                 .toInt(),
+             0);
 
     // A file from a newer server, or a database of something else, is left alone.
     QVERIFY(sqlite(file, u"PRAGMA user_version = 99"_s).isNull());

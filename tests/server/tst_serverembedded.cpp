@@ -29,7 +29,8 @@ void tst_ServerEmbedded::oneTimeTokensLogInOnce()
     QTemporaryDir dir;
     QuillServer server;
     QString error;
-    QVERIFY2(server.open(dir.filePath(u"embedded/demo.sqlite"_s), &error), qPrintable(error)); // folder made on demand
+    QVERIFY2(server.open(dir.filePath(u"embedded/demo.sqlite"_s), &error),
+             qPrintable(error)); // folder made on demand
     QVERIFY(server.listen(QHostAddress::LocalHost, 0, &error));
     QVERIFY(server.port() != 0);
     QCOMPARE(server.url(), QUrl(u"ws://127.0.0.1:%1"_s.arg(server.port())));
@@ -71,8 +72,10 @@ void tst_ServerEmbedded::refusalsAreCountedAndLeaveDataAlone()
     QVERIFY(server.isEmpty());
     QSignalSpy refusals(&server, &QuillServer::refused);
 
-    QCOMPARE(server.execute(u"{Cmd=SetFields}{Table=Scripts}{Fields(S14)={Name(S3)=One}}{Id=-1}"_s), QString());
-    QCOMPARE(server.execute(u"{Cmd=SetFields}{Table=Scripts}{Fields(S14)={Name(S3)=Two}}{Id=-1}"_s), QString());
+    QCOMPARE(server.execute(u"{Cmd=SetFields}{Table=Scripts}{Fields(S14)={Name(S3)=One}}{Id=-1}"_s),
+             QString());
+    QCOMPARE(server.execute(u"{Cmd=SetFields}{Table=Scripts}{Fields(S14)={Name(S3)=Two}}{Id=-1}"_s),
+             QString());
     QVERIFY(!server.isEmpty());
     QCOMPARE(refusals.count(), 0);
 
@@ -110,12 +113,15 @@ void tst_ServerEmbedded::instancesInTwoThreadsKeepTheirOwnData()
     QuillServer *there = nullptr;
     QUrl thereUrl;
     QString thereToken;
-    QMetaObject::invokeMethod(&context, [&] {
-        there = new QuillServer;
-        if (there->open(dir.filePath(u"there.sqlite"_s)) && there->listen(QHostAddress::LocalHost, 0))
-            thereUrl = there->url();
-        thereToken = there->createOneTimeToken();
-    }, Qt::BlockingQueuedConnection);
+    QMetaObject::invokeMethod(
+        &context,
+        [&] {
+            there = new QuillServer;
+            if (there->open(dir.filePath(u"there.sqlite"_s)) && there->listen(QHostAddress::LocalHost, 0))
+                thereUrl = there->url();
+            thereToken = there->createOneTimeToken();
+        },
+        Qt::BlockingQueuedConnection);
     QVERIFY(thereUrl.isValid());
 
     RawClient hereClient;
@@ -135,7 +141,8 @@ void tst_ServerEmbedded::instancesInTwoThreadsKeepTheirOwnData()
     QCOMPARE(GetVar(thereList, u"ListCount"_s).toInt(), 1);
     QCOMPARE(GetText(GetText(thereList, u"List1"_s), u"Name"_s), u"There"_s);
 
-    QMetaObject::invokeMethod(&context, [&] { delete there; }, Qt::BlockingQueuedConnection);
+    QMetaObject::invokeMethod(
+        &context, [&] { delete there; }, Qt::BlockingQueuedConnection);
     QVERIFY(thereClient.waitClosed());
     worker.quit();
     QVERIFY(worker.wait(5000));

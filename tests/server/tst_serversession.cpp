@@ -56,7 +56,8 @@ void tst_ServerSession::logInAcceptsTheRightPasswordOnly()
 
     // The user name is not case-sensitive; the password is.
     const int refusalsBefore = m_server->refusalLines();
-    for (const auto &[user, password] : {std::pair{u"ADMIN"_s, wrongPassword}, std::pair{u"nobody"_s, adminPassword}}) {
+    for (const auto &[user, password] :
+         {std::pair{u"ADMIN"_s, wrongPassword}, std::pair{u"nobody"_s, adminPassword}}) {
         RawClient bad;
         QVERIFY(bad.open(m_server->url()));
         QString frame = u"{Session=Login}"_s;
@@ -121,7 +122,8 @@ void tst_ServerSession::sessionsShareCommittedWritesAndLogOut()
     AddVar(create, u"Id"_s, -1);
     writer.send(create);
     QVERIFY(writer.sync());
-    const QString list = reader.request(u"{Cmd=GetList}{Table=Scripts}{Ref=MAIN-SCRIPTS}{Fields=ScriptId,Id,Name,Options}{Sort=Name}"_s);
+    const QString list = reader.request(
+        u"{Cmd=GetList}{Table=Scripts}{Ref=MAIN-SCRIPTS}{Fields=ScriptId,Id,Name,Options}{Sort=Name}"_s);
     QVERIFY2(list.contains(u"Shared1"_s), qPrintable(list));
 
     // Data frames never begin as session frames: a script named like one still comes back as data.
@@ -160,7 +162,8 @@ void tst_ServerSession::repliesOverTheLimitAreNotSent()
     QTRY_COMPARE(m_server->refusalLines(), refusalsBefore + 1);
 
     // The session goes on, and a smaller reply still arrives.
-    const QString names = client.request(u"{Cmd=GetList}{Table=Scripts}{Ref=MAIN-SCRIPTS}{Fields=Id,Name}{Sort=Name}"_s);
+    const QString names =
+        client.request(u"{Cmd=GetList}{Table=Scripts}{Ref=MAIN-SCRIPTS}{Fields=Id,Name}{Sort=Name}"_s);
     QVERIFY(names.contains(u"Big 2"_s));
 }
 
@@ -175,9 +178,10 @@ void tst_ServerSession::tlsSessionsWork()
     const QString cert = dir.filePath(u"cert.pem"_s);
     const QString key = dir.filePath(u"key.pem"_s);
     QProcess make;
-    make.start(openssl, {u"req"_s, u"-x509"_s, u"-newkey"_s, u"ec"_s, u"-pkeyopt"_s, u"ec_paramgen_curve:prime256v1"_s,
-                         u"-nodes"_s, u"-keyout"_s, key, u"-out"_s, cert, u"-days"_s, u"2"_s, u"-subj"_s,
-                         u"/CN=127.0.0.1"_s, u"-addext"_s, u"subjectAltName=IP:127.0.0.1"_s});
+    make.start(openssl,
+               {u"req"_s, u"-x509"_s, u"-newkey"_s, u"ec"_s, u"-pkeyopt"_s, u"ec_paramgen_curve:prime256v1"_s,
+                u"-nodes"_s, u"-keyout"_s, key, u"-out"_s, cert, u"-days"_s, u"2"_s, u"-subj"_s,
+                u"/CN=127.0.0.1"_s, u"-addext"_s, u"subjectAltName=IP:127.0.0.1"_s});
     QVERIFY(make.waitForFinished(30000));
     QCOMPARE(make.exitCode(), 0);
 
