@@ -13,13 +13,8 @@
 #include <QFileInfo>
 #include <QLockFile>
 
-#ifdef QUILL_HAVE_FRMMAIN
 #include "frmMain.h"
-using MainWindow = frmMain;
-#else
-#include "eventwindow.h"
-using MainWindow = EventListWindow;
-#endif
+#include "screenshots.h"
 
 using namespace Qt::StringLiterals;
 
@@ -56,6 +51,18 @@ bool UseEmbeddedServerWhenNeeded(usrSession &session, EmbeddedServer &embedded)
     return true;
 }
 
+// The value after a flag of the program's own ("--screenshot DIR" or "--screenshot=DIR").
+QString OptionValue(const QStringList &arguments, const QString &flag)
+{
+    for (qsizetype i = 1; i < arguments.size(); ++i) {
+        if (arguments[i] == flag && i + 1 < arguments.size())
+            return arguments[i + 1];
+        if (arguments[i].startsWith(flag + u'='))
+            return arguments[i].mid(flag.size() + 1);
+    }
+    return {};
+}
+
 } // namespace
 
 int main(int argc, char *argv[])
@@ -87,10 +94,15 @@ int main(int argc, char *argv[])
     ServerLink link(session);
     // The main window takes the session's events: READY loads its lists and shows it, LOGOUT
     // unloads it, and unloading closes the session and ends the program with every other window.
-    MainWindow window(link);
+    frmMain window(link);
     window.setProductName(product); // its title: the translation of "<1> configuration"
     window.setEndsProgram(true);
     QObject::connect(&app, &QCoreApplication::aboutToQuit, &session, [&session] { session.CloseSession(); });
+
+    // --screenshot DIR: a picture of every page once the lists have arrived, then the program ends.
+    const QString screenshotDir = OptionValue(QCoreApplication::arguments(), u"--screenshot"_s);
+    if (!screenshotDir.isEmpty())
+        SavePageScreenshotsWhenLoaded(window, screenshotDir, [](const QStringList &) { QCoreApplication::quit(); });
 
     Guard(u" @ basQSConfig.Main"_s, [&] {
         session.StartSession(Startup::ApplicationTitle(product), QString(), QString(), QString());

@@ -328,9 +328,10 @@ Record pbxOptions()
     o.set(u"Server"_s, u"aes01.harbourfinch.local"_s);
     o.set(u"Username"_s, u"quillcti"_s);
     o.set(u"Password"_s, u"demo"_s);
-    o.set(u"FatalAlert"_s, u"it-support@harbourfinch.example"_s);
-    o.set(u"WarningAlert"_s, u"it-support@harbourfinch.example"_s);
-    o.set(u"DailyAlert"_s, u"ops-managers@harbourfinch.example"_s);
+    // Alerts go to extensions: the office manager and the operations director.
+    o.set(u"FatalAlert"_s, u"204,205"_s);
+    o.set(u"WarningAlert"_s, u"204"_s);
+    o.set(u"DailyAlert"_s, u"205"_s);
     o.flag(u"SendUpdates"_s, true);
     o.set(u"SendPath"_s, u"\\\\hfl-fs01\\quill\\updates"_s);
     o.set(u"VMType"_s, u"External Voice Mail"_s);

@@ -63,6 +63,8 @@ frmMain::frmMain(ServerLink &link, QWidget *parent)
     Guard(u" @ frmMain.Form_Load"_s, [this] { Form_Load(); });
 
     m_link.setReceiver(u"MAIN"_s, this);
+    // Address books are listed in their priority order, which the list's move buttons change.
+    m_link.setAddressBookSort(u"Order"_s);
     m_link.setAddressBookNames([window = QPointer<frmMain>(this)] {
         return window && window->m_addressBooks ? window->m_addressBooks->names() : QStringList();
     });
