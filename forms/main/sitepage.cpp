@@ -106,6 +106,11 @@ void AppendOtherTags(QString &record, const QString &original, const QStringList
 SitePage::SitePage(QWidget *parent) : QWidget(parent), m_ui(std::make_unique<Ui::SitePage>())
 {
     m_ui->setupUi(this);
+    m_textFields = {{m_ui->sName, u"Name"_s},      {m_ui->sTrunk, u"Trunk"_s},       {m_ui->sLCR, u"LCR"_s},
+                    {m_ui->sArea, u"Area"_s},      {m_ui->sOperator, u"Operator"_s}, {m_ui->sRandom, u"Random"_s},
+                    {m_ui->sNumbers, u"Numbers"_s}, {m_ui->Settings, u"Settings"_s},  {m_ui->Ip, u"Ip"_s},
+                    {m_ui->Port, u"Port"_s},       {m_ui->Server, u"Server"_s},      {m_ui->Uname, u"Username"_s},
+                    {m_ui->PWord, u"Password"_s},  {m_ui->sVM, u"VM"_s},             {m_ui->sVMIP, u"VMIp"_s}};
     m_ui->sType->addItems(SystemTypes());
     m_ui->Comm->addItems(Connections());
     m_ui->sVMType->addItems(VoiceMailTypes());
@@ -159,21 +164,10 @@ const QStringList &SitePage::Connections()
 void SitePage::load(const QString &options)
 {
     GetOption(m_ui->AutoDir, GetText(options, u"AutoDir"_s, u"0"_s));
-    m_ui->sName->setText(GetText(options, u"Name"_s));
-    m_ui->sTrunk->setText(GetText(options, u"Trunk"_s));
-    m_ui->sLCR->setText(GetText(options, u"LCR"_s));
-    m_ui->sArea->setText(GetText(options, u"Area"_s));
-    m_ui->sOperator->setText(GetText(options, u"Operator"_s));
-    m_ui->sRandom->setText(GetText(options, u"Random"_s));
-    m_ui->sNumbers->setText(GetText(options, u"Numbers"_s));
-    m_ui->Settings->setText(GetText(options, u"Settings"_s, defaultSerialSettings));
-    m_ui->Ip->setText(GetText(options, u"Ip"_s));
-    m_ui->Port->setText(GetText(options, u"Port"_s));
-    m_ui->Server->setText(GetText(options, u"Server"_s));
-    m_ui->Uname->setText(GetText(options, u"Username"_s));
-    m_ui->PWord->setText(GetText(options, u"Password"_s));
-    m_ui->sVM->setText(GetText(options, u"VM"_s));
-    m_ui->sVMIP->setText(GetText(options, u"VMIp"_s));
+    for (const auto &[edit, tag] : m_textFields)
+        edit->setText(GetText(options, tag));
+    if (m_ui->Settings->text().isEmpty())
+        m_ui->Settings->setText(defaultSerialSettings);
 
     // The connection first: choosing the type applies the connection rule to it.
     {
@@ -201,25 +195,12 @@ void SitePage::load(const QString &options)
 void SitePage::save(RecordValues &values) const
 {
     values.insert(u"AutoDir"_s, m_ui->AutoDir->isChecked() ? 1 : 0);
-    values.insert(u"Name"_s, m_ui->sName->text());
-    values.insert(u"Trunk"_s, m_ui->sTrunk->text());
-    values.insert(u"LCR"_s, m_ui->sLCR->text());
-    values.insert(u"Area"_s, m_ui->sArea->text());
-    values.insert(u"Operator"_s, m_ui->sOperator->text());
+    // Fields a type or a voice-mail type hides keep their text: switching back loses nothing.
+    for (const auto &[edit, tag] : m_textFields)
+        values.insert(tag, edit->text());
     values.insert(u"PBX"_s, m_ui->sType->currentText());
     values.insert(u"Comm"_s, m_ui->Comm->currentText());
-    values.insert(u"Random"_s, m_ui->sRandom->text());
-    values.insert(u"Numbers"_s, m_ui->sNumbers->text());
-    values.insert(u"Settings"_s, m_ui->Settings->text());
-    values.insert(u"Ip"_s, m_ui->Ip->text());
-    values.insert(u"Port"_s, m_ui->Port->text());
-    values.insert(u"Server"_s, m_ui->Server->text());
-    values.insert(u"Username"_s, m_ui->Uname->text());
-    values.insert(u"Password"_s, m_ui->PWord->text());
-    // Fields a voice-mail type disables keep their text: switching the type back loses nothing.
     values.insert(u"VMType"_s, m_ui->sVMType->currentText());
-    values.insert(u"VM"_s, m_ui->sVM->text());
-    values.insert(u"VMIp"_s, m_ui->sVMIP->text());
 }
 
 QString SitePage::systemType() const

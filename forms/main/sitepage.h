@@ -13,6 +13,7 @@ namespace Ui {
 class SitePage;
 }
 class QComboBox;
+class QLineEdit;
 
 // The values a page hands over for saving, by tag as it is written.
 using RecordValues = QHash<QString, QVariant>;
@@ -63,4 +64,6 @@ public:
 
 private:
     std::unique_ptr<Ui::SitePage> m_ui;
+    // The text boxes of the record with their tags; load and save both go through this table.
+    QList<std::pair<QLineEdit *, QString>> m_textFields;
 };
