@@ -9,6 +9,7 @@
 #include <QLibrary>
 #include <QLoggingCategory>
 #include <QPluginLoader>
+#include <QSet>
 #include <QSettings>
 
 using namespace Qt::StringLiterals;
@@ -84,12 +85,18 @@ namespace PluginHost {
 
 QList<std::pair<QString, QString>> InstalledPlugins()
 {
-    QSettings settings(OrganisationName.toString());
-    settings.beginGroup(PluginsGroup.toString());
     QList<std::pair<QString, QString>> plugins;
-    const QStringList codes = settings.childKeys();
-    for (const QString &code : codes)
-        plugins.append({code, settings.value(code).toString()});
+    QSet<QString> seen;
+    for (const QStringView organisation : {OrganisationName, FormerOrganisationName}) {
+        QSettings settings(organisation.toString());
+        settings.beginGroup(PluginsGroup.toString());
+        const QStringList codes = settings.childKeys();
+        for (const QString &code : codes) {
+            if (!seen.contains(code.toUpper()))
+                plugins.append({code, settings.value(code).toString()});
+            seen.insert(code.toUpper());
+        }
+    }
     return plugins;
 }
 

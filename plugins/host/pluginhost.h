@@ -55,6 +55,8 @@ namespace PluginHost {
 // group "Plugins", value name = plug-in type code, value = display name. Installing the shipped
 // plug-ins writes it; RegistryListEntries in core/utilities.h reads it as a tagged-value list.
 inline constexpr QStringView OrganisationName = u"Tamsel Telecom Ltd";
+// Plug-ins installed under the company's former name are still offered.
+inline constexpr QStringView FormerOrganisationName = u"Pellam Software Ltd";
 inline constexpr QStringView PluginsGroup = u"Plugins";
 
 // The installed plug-ins as (type code, display name), in the order the settings give them.

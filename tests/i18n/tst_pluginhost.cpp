@@ -91,6 +91,16 @@ private slots:
         const QList<std::pair<QString, QString>> expected{{u"CSV"_s, u"Comma separated file"_s},
                                                           {u"ODBC"_s, u"ODBC database"_s}};
         QCOMPARE(PluginHost::InstalledPlugins(), expected);
+
+        // Plug-ins installed under the company's former name are offered too, after the current
+        // ones; a code listed under both keeps the current entry.
+        {
+            QSettings settings(u"Pellam Software Ltd"_s);
+            settings.setValue(u"Plugins/LDAP"_s, u"Directory server"_s);
+            settings.setValue(u"Plugins/csv"_s, u"Old CSV"_s);
+        }
+        QCOMPARE(PluginHost::InstalledPlugins(),
+                 expected + QList<std::pair<QString, QString>>{{u"LDAP"_s, u"Directory server"_s}});
     }
 };
 
