@@ -194,8 +194,11 @@ void usrSession::CloseSession()
     d->expectClose = true;
     d->reconnectTimer.stop();
     d->pending.clear();
-    if (d->socket.state() != QAbstractSocket::UnconnectedState)
+    if (d->socket.state() != QAbstractSocket::UnconnectedState) {
+        // The last writes (the main window's OK) must leave before the program ends.
+        d->socket.flush();
         d->socket.close();
+    }
     d->setState(State::Closed);
 }
 
