@@ -488,13 +488,14 @@ void CommandProcessor::Run::getFields()
             continue;
         }
         // Several records: a field that differs (or is missing from some) holds the mixed marker.
+        // Only the values count: a box ticked by the demo site ("1" as text) and one ticked in the
+        // device window (1 as a number) read alike and must not show as mixed.
         const QString key = FieldKey(name);
         const StoredField first = records.first().value(key);
         bool mixed = false;
         for (qsizetype i = 1; i < records.size() && !mixed; ++i) {
             const StoredField other = records[i].value(key);
-            mixed = other.present() != first.present() ||
-                    (first.present() && (other.value != first.value || other.type != first.type));
+            mixed = other.present() != first.present() || (first.present() && other.value != first.value);
         }
         if (mixed)
             appendEntry(m_reply, name, u'S', u" ");
