@@ -2,6 +2,7 @@
 // Moving fields between records and check boxes, lists and option groups, mixed state included.
 #include "controls.h"
 #include "errorlog.h"
+#include "isolation.h"
 #include "tagvalue.h"
 #include "utilities.h"
 
@@ -11,8 +12,6 @@
 #include <QLabel>
 #include <QListWidget>
 #include <QRadioButton>
-#include <QStandardPaths>
-#include <QTemporaryDir>
 #include <QTest>
 
 #include <memory>
@@ -50,9 +49,7 @@ class TestControls : public QObject
 private slots:
     void initTestCase()
     {
-        QStandardPaths::setTestModeEnabled(true);
-        QVERIFY(m_dir.isValid());
-        ErrorLog::SetPath(m_dir.filePath(u"tamsel.log"_s));
+        QVERIFY(m_scratch.enter());
     }
 
     void init() { ErrorLog::Clear(); }
@@ -271,7 +268,7 @@ private slots:
     }
 
 private:
-    QTemporaryDir m_dir;
+    TestIsolation m_scratch;
 };
 
 QTEST_MAIN(TestControls)

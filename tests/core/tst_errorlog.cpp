@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // The error log: its line format, the size rule, the silenced faults and the guard around handlers.
 #include "errorlog.h"
+#include "isolation.h"
 
 #include <QDateTime>
 #include <QDir>
@@ -8,7 +9,6 @@
 #include <QLocale>
 #include <QRegularExpression>
 #include <QStandardPaths>
-#include <QTemporaryDir>
 #include <QTest>
 
 #include <stdexcept>
@@ -46,9 +46,8 @@ class TestErrorLog : public QObject
 private slots:
     void initTestCase()
     {
-        QStandardPaths::setTestModeEnabled(true);
-        QVERIFY(m_dir.isValid());
-        m_log = m_dir.filePath(u"tamsel.log"_s);
+        QVERIFY(m_scratch.enter());
+        m_log = m_scratch.logPath();
         // A fixed regional setting, so that the line can be checked to the character.
         QLocale::setDefault(QLocale(QLocale::English, QLocale::UnitedKingdom));
     }
@@ -119,9 +118,9 @@ private slots:
 
     void unwritableLogIsSilentlySkipped()
     {
-        const QString notAFolder = m_dir.filePath(u"plain-file"_s);
+        const QString notAFolder = m_scratch.filePath(u"plain-file"_s);
         writeFile(notAFolder, "x");
-        const QStringList unwritable = {notAFolder + u"/tamsel.log"_s, m_dir.path()};
+        const QStringList unwritable = {notAFolder + u"/tamsel.log"_s, m_scratch.path()};
         for (const QString &path : unwritable) {
             ErrorLog::SetPath(path);
             ErrorLog::Write(u"Disk trouble"_s);
@@ -185,7 +184,7 @@ private slots:
     }
 
 private:
-    QTemporaryDir m_dir;
+    TestIsolation m_scratch;
     QString m_log;
 };
 

@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Reading and writing tagged-value strings exactly as the server and the other clients do.
 #include "errorlog.h"
+#include "isolation.h"
 #include "tagentries.h"
 #include "tagvalue.h"
 
-#include <QTemporaryDir>
 #include <QTest>
 
 using namespace Qt::StringLiterals;
@@ -24,10 +24,10 @@ const QString deviceDefault =
 class TagValueTest : public QObject
 {
     Q_OBJECT
-    QTemporaryDir m_dir;
+    TestIsolation m_scratch;
 
 private slots:
-    void initTestCase() { ErrorLog::SetPath(m_dir.filePath(u"tamsel.log"_s)); }
+    void initTestCase() { QVERIFY(m_scratch.enter()); }
 
     void buildsCommandsByteForByte()
     {

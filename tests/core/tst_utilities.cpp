@@ -1,12 +1,11 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // List keys, occurrence counts, proper names, buffer cuts, paths and the plug-in list.
 #include "errorlog.h"
+#include "isolation.h"
 #include "tagvalue.h"
 #include "utilities.h"
 
 #include <QSettings>
-#include <QStandardPaths>
-#include <QTemporaryDir>
 #include <QTest>
 
 using namespace Qt::StringLiterals;
@@ -18,9 +17,7 @@ class TestUtilities : public QObject
 private slots:
     void initTestCase()
     {
-        QStandardPaths::setTestModeEnabled(true);
-        QVERIFY(m_dir.isValid());
-        ErrorLog::SetPath(m_dir.filePath(u"tamsel.log"_s));
+        QVERIFY(m_scratch.enter());
     }
 
     void listKeysTurnBackIntoRecordIds()
@@ -78,7 +75,7 @@ private slots:
 
     void registryListEntriesReadsOneGroupAsTaggedValues()
     {
-        QSettings settings(m_dir.filePath(u"plugins.ini"_s), QSettings::IniFormat);
+        QSettings settings(m_scratch.filePath(u"plugins.ini"_s), QSettings::IniFormat);
         settings.setValue(u"Plugins/CSV"_s, u"CSV address book"_s);
         settings.setValue(u"Plugins/LDAP"_s, u"  Directory  "_s);
         settings.setValue(u"Plugins/Cut"_s, u"Outlook\0stale buffer"_s);
@@ -100,7 +97,7 @@ private slots:
 
     void registryListEntriesCutsLongNamesAndData()
     {
-        QSettings settings(m_dir.filePath(u"long.ini"_s), QSettings::IniFormat);
+        QSettings settings(m_scratch.filePath(u"long.ini"_s), QSettings::IniFormat);
         const QString longName = QString(110, u'n');
         settings.setValue(u"Plugins/"_s + longName, QString(1100, u'd'));
         settings.setValue(u"Plugins/Empty"_s, u""_s);
@@ -114,7 +111,7 @@ private slots:
     }
 
 private:
-    QTemporaryDir m_dir;
+    TestIsolation m_scratch;
 };
 
 QTEST_GUILESS_MAIN(TestUtilities)

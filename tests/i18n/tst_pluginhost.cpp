@@ -1,13 +1,12 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Plug-in objects are created by class name from the plug-in folders; a missing one is "nothing".
+#include "isolation.h"
 #include "pluginhost.h"
 #include "tagvalue.h"
 
 #include <QDir>
 #include <QFile>
 #include <QSettings>
-#include <QStandardPaths>
-#include <QTemporaryDir>
 #include <QTest>
 
 using namespace Qt::StringLiterals;
@@ -17,7 +16,7 @@ class TestPluginHost : public QObject
     Q_OBJECT
 
 private:
-    QTemporaryDir m_scratch;
+    TestIsolation m_scratch;
 
     static void usePluginPath(const QString &path)
     {
@@ -28,8 +27,7 @@ private:
 private slots:
     void initTestCase()
     {
-        QStandardPaths::setTestModeEnabled(true);
-        QVERIFY(m_scratch.isValid());
+        QVERIFY(m_scratch.enter());
         QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope, m_scratch.filePath(u"settings"_s));
     }
 

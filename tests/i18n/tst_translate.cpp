@@ -1,12 +1,11 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Texts in English with their placeholders, plurals, and translation through a real translator plug-in.
 #include "errorlog.h"
+#include "isolation.h"
 #include "pluginhost.h"
 #include "translate.h"
 
 #include <QFile>
-#include <QStandardPaths>
-#include <QTemporaryDir>
 #include <QTest>
 #include <stdexcept>
 
@@ -40,7 +39,7 @@ class TestTranslate : public QObject
     Q_OBJECT
 
 private:
-    QTemporaryDir m_scratch;
+    TestIsolation m_scratch;
     QString m_log;
 
     static void usePluginPath(const QString &path)
@@ -52,10 +51,8 @@ private:
 private slots:
     void initTestCase()
     {
-        QStandardPaths::setTestModeEnabled(true);
-        QVERIFY(m_scratch.isValid());
-        m_log = m_scratch.filePath(u"tamsel.log"_s);
-        ErrorLog::SetPath(m_log);
+        QVERIFY(m_scratch.enter());
+        m_log = m_scratch.logPath();
     }
 
     void init()

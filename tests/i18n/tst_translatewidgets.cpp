@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Windows, grids, tabs, lists and message boxes shown through the translation layer.
 #include "errorlog.h"
+#include "isolation.h"
 #include "pluginhost.h"
 #include "translate.h"
 #include "translatewidgets.h"
@@ -11,11 +12,9 @@
 #include <QLabel>
 #include <QPushButton>
 #include <QStandardItemModel>
-#include <QStandardPaths>
 #include <QTabBar>
 #include <QTabWidget>
 #include <QTableWidget>
-#include <QTemporaryDir>
 #include <QTest>
 #include <QTimer>
 #include <QTreeView>
@@ -66,7 +65,7 @@ class TestTranslateWidgets : public QObject
     Q_OBJECT
 
 private:
-    QTemporaryDir m_scratch;
+    TestIsolation m_scratch;
     QString m_log;
 
     static void loadTestTranslator()
@@ -94,10 +93,8 @@ private:
 private slots:
     void initTestCase()
     {
-        QStandardPaths::setTestModeEnabled(true);
-        QVERIFY(m_scratch.isValid());
-        m_log = m_scratch.filePath(u"tamsel.log"_s);
-        ErrorLog::SetPath(m_log);
+        QVERIFY(m_scratch.enter());
+        m_log = m_scratch.logPath();
     }
 
     void cleanup()

@@ -2,14 +2,13 @@
 // The exact bytes the session puts on the wire: the log-in frame and every read command, as a
 // server receives them.
 #include "errorlog.h"
+#include "isolation.h"
 #include "serverlink.h"
 #include "startup.h"
 #include "usrsession.h"
 
 #include <QSettings>
 #include <QSignalSpy>
-#include <QStandardPaths>
-#include <QTemporaryDir>
 #include <QTest>
 #include <QWebSocket>
 #include <QWebSocketServer>
@@ -59,7 +58,7 @@ const QString deviceFieldList =
 class CommandsSentTest : public QObject
 {
     Q_OBJECT
-    QTemporaryDir m_dir;
+    TestIsolation m_scratch;
     std::unique_ptr<RecordingServer> m_server;
     std::unique_ptr<usrSession> m_session;
     std::unique_ptr<ServerLink> m_link;
@@ -86,8 +85,7 @@ class CommandsSentTest : public QObject
 private slots:
     void initTestCase()
     {
-        QStandardPaths::setTestModeEnabled(true);
-        ErrorLog::SetPath(m_dir.filePath(u"tamsel.log"_s));
+        QVERIFY(m_scratch.enter());
     }
 
     void init()

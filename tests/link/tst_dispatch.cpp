@@ -1,14 +1,13 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Replies reach the window their reference names; start-up picks the product name and one copy runs.
 #include "errorlog.h"
+#include "isolation.h"
 #include "serverlink.h"
 #include "startup.h"
 #include "usrsession.h"
 
 #include <QLockFile>
 #include <QSignalSpy>
-#include <QStandardPaths>
-#include <QTemporaryDir>
 #include <QTest>
 
 #include <memory>
@@ -39,7 +38,7 @@ const QStringList prefixes = {u"MAIN"_s, u"AB"_s, u"CAMPAIGN"_s, u"ROUTING"_s, u
 class DispatchTest : public QObject
 {
     Q_OBJECT
-    QTemporaryDir m_dir;
+    TestIsolation m_scratch;
     std::unique_ptr<usrSession> m_session;
     std::unique_ptr<ServerLink> m_link;
     QHash<QString, FakeWindow *> m_windows;
@@ -60,8 +59,7 @@ class DispatchTest : public QObject
 private slots:
     void initTestCase()
     {
-        QStandardPaths::setTestModeEnabled(true);
-        ErrorLog::SetPath(m_dir.filePath(u"tamsel.log"_s));
+        QVERIFY(m_scratch.enter());
     }
 
     void init()
@@ -195,7 +193,7 @@ private slots:
 
     void onlyOneCopyRunsAtATime()
     {
-        const QString path = m_dir.filePath(u"quillconfig.lock"_s);
+        const QString path = m_scratch.filePath(u"quillconfig.lock"_s);
         QLockFile first(path);
         QVERIFY(Startup::AcquireSingleInstance(first));
         QLockFile second(path);

@@ -3,12 +3,12 @@
 // that outlives the program.
 #include "embeddedserver.h"
 #include "errorlog.h"
+#include "isolation.h"
 #include "tagvalue.h"
 #include "usrsession.h"
 
 #include <QFileInfo>
 #include <QStandardPaths>
-#include <QTemporaryDir>
 #include <QTest>
 
 using namespace Qt::StringLiterals;
@@ -43,13 +43,12 @@ const QString listScripts = u"{Cmd=GetList}{Table=Scripts}{Ref=SCRIPTS-LIST}{Fie
 class EmbeddedServerTest : public QObject
 {
     Q_OBJECT
-    QTemporaryDir m_dir;
+    TestIsolation m_scratch;
 
 private slots:
     void initTestCase()
     {
-        QStandardPaths::setTestModeEnabled(true);
-        ErrorLog::SetPath(m_dir.filePath(u"tamsel.log"_s));
+        QVERIFY(m_scratch.enter());
         QFile::remove(EmbeddedServer::DefaultDatabasePath());
     }
 
@@ -90,7 +89,7 @@ private slots:
     void eachLogInNeedsAFreshToken()
     {
         EmbeddedServer server;
-        QVERIFY(server.start(m_dir.filePath(u"tokens.sqlite"_s)));
+        QVERIFY(server.start(m_scratch.filePath(u"tokens.sqlite"_s)));
         const QString token = server.createToken();
         QVERIFY(!token.isEmpty());
         QVERIFY(server.createToken() != token);

@@ -2,6 +2,7 @@
 // The session against the reference server: log-in, wrong passwords, a server that dies and comes
 // back, and frames that only look like session frames.
 #include "errorlog.h"
+#include "isolation.h"
 #include "logindialog.h"
 #include "tagvalue.h"
 #include "testserver.h"
@@ -13,10 +14,8 @@
 #include <QLineEdit>
 #include <QPushButton>
 #include <QSettings>
-#include <QStandardPaths>
 #include <QTcpServer>
 #include <QTcpSocket>
-#include <QTemporaryDir>
 #include <QTest>
 #include <QTimer>
 
@@ -130,7 +129,7 @@ QString storeScript(const QString &name, const QString &text)
 class SessionTest : public QObject
 {
     Q_OBJECT
-    QTemporaryDir m_dir;
+    TestIsolation m_scratch;
     TestServer m_server{false}; // no demo data needed: the session is under test
     std::unique_ptr<usrSession> m_session;
     std::unique_ptr<EventLog> m_log;
@@ -151,8 +150,7 @@ class SessionTest : public QObject
 private slots:
     void initTestCase()
     {
-        QStandardPaths::setTestModeEnabled(true);
-        ErrorLog::SetPath(m_dir.filePath(u"tamsel.log"_s));
+        QVERIFY(m_scratch.enter());
         // The session remembers typed servers; that must land in the test settings, not the user's.
         QVERIFY(QSettings(u"Tamsel Telecom Ltd"_s, u"QuillConfig"_s).fileName().contains(u"qttest"_s));
         QSettings(u"Tamsel Telecom Ltd"_s, u"QuillConfig"_s).clear();
