@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "logindialog.h"
 
+#include "translate.h"
 #include "translatewidgets.h"
 #include "ui_logindialog.h"
 
@@ -48,7 +49,7 @@ SessionCredentials LoginDialog::credentials() const
 
 void LoginDialog::setReason(const QString &reason)
 {
-    m_ui->reason->setText(reason);
+    m_ui->reason->setText(Translate(reason)); // the session's and the server's reasons are English
     m_ui->reason->setVisible(!reason.isEmpty());
 }
 

@@ -1,15 +1,16 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // The log-in dialog as the session shows it: what it offers, what it hands back, and cancel.
 #include "errorlog.h"
+#include "isolation.h"
 #include "logindialog.h"
+#include "pluginhost.h"
+#include "translate.h"
 
 #include <QApplication>
 #include <QDialogButtonBox>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
-#include <QStandardPaths>
-#include <QTemporaryDir>
 #include <QTest>
 #include <QTimer>
 
@@ -41,18 +42,31 @@ QPushButton *button(LoginDialog *dialog, QDialogButtonBox::StandardButton which)
 {
     return dialog->findChild<QDialogButtonBox *>()->button(which);
 }
+
+// A translator that brackets every text it is given.
+class BracketingTranslator : public QObject, public ITranslator
+{
+    Q_OBJECT
+    Q_INTERFACES(ITranslator)
+public:
+    bool TranslateLoad(const QString &) override { return true; }
+    QString Translate(const QString &, const QString &text, const QString &, const QString &) override
+    {
+        return u'[' + text + u']';
+    }
+    void TranslateWindow(QObject *) override {}
+};
 } // namespace
 
 class LoginDialogTest : public QObject
 {
     Q_OBJECT
-    QTemporaryDir m_dir;
+    TestIsolation m_scratch;
 
 private slots:
     void initTestCase()
     {
-        QStandardPaths::setTestModeEnabled(true);
-        ErrorLog::SetPath(m_dir.filePath(u"tamsel.log"_s));
+        QVERIFY(m_scratch.enter());
     }
 
     void showsWhatIsKnownAndWhyTheLastTryFailed()
@@ -112,6 +126,16 @@ private slots:
         QCOMPARE(credentials.server, QUrl(u"ws://192.168.1.20:4510"_s));
         QCOMPARE(credentials.user, u"sam"_s);
         QCOMPARE(credentials.password, u"pw"_s);
+    }
+
+    void theReasonIsShownInTheUsersLanguage()
+    {
+        BracketingTranslator translator;
+        SetTranslator(&translator);
+        LoginDialog dialog;
+        dialog.setReason(u"Unknown user or wrong password"_s);
+        SetTranslator(nullptr);
+        QCOMPARE(dialog.findChild<QLabel *>(u"reason"_s)->text(), u"[Unknown user or wrong password]"_s);
     }
 
     void cancelLeavesTheCredentialsAsTheyWere()
