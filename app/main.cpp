@@ -77,20 +77,16 @@ int main(int argc, char *argv[])
     if (!Startup::AcquireSingleInstance(lock))
         return 0; // another copy is running: end silently
 
-    TranslateLoad(u"QSConfig"_s);
+    // Log lines carry the name the program was started under (hlconfig for Halyard), from the first.
     const QString executable = QString::fromLocal8Bit(argv[0]);
-    const QString product = Startup::ProductName(executable);
     ErrorLog::SetApplicationName(QFileInfo(executable).completeBaseName());
+
+    TranslateLoad(u"QSConfig"_s);
+    const QString product = Startup::ProductName(executable);
     SetApplicationTitle(Startup::ApplicationTitle(product));
 
     EmbeddedServer embedded; // declared first so that it stops after the session has closed
     usrSession session;
-    session.command = CommandLine(QCoreApplication::arguments());
-    session.setCredentialsPrompt(PromptForCredentials);
-    session.setKeepTryingQuestion(AskKeepTrying);
-    if (!UseEmbeddedServerWhenNeeded(session, embedded))
-        return 1;
-
     ServerLink link(session);
     // The main window takes the session's events: READY loads its lists and shows it, LOGOUT
     // unloads it, and unloading closes the session and ends the program with every other window.
@@ -98,6 +94,12 @@ int main(int argc, char *argv[])
     window.setProductName(product); // its title: the translation of "<1> configuration"
     window.setEndsProgram(true);
     QObject::connect(&app, &QCoreApplication::aboutToQuit, &session, [&session] { session.CloseSession(); });
+
+    session.command = CommandLine(QCoreApplication::arguments());
+    session.setCredentialsPrompt(PromptForCredentials);
+    session.setKeepTryingQuestion(AskKeepTrying);
+    if (!UseEmbeddedServerWhenNeeded(session, embedded))
+        return 1;
 
     // --screenshot DIR: a picture of every page once the lists have arrived, then the program ends.
     const QString screenshotDir = OptionValue(QCoreApplication::arguments(), u"--screenshot"_s);
