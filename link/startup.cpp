@@ -6,6 +6,7 @@
 #include "translate.h"
 
 #include <QDir>
+#include <QFileInfo>
 #include <QLockFile>
 #include <QStandardPaths>
 
@@ -36,13 +37,21 @@ QString WindowTitle(const QString &productName)
 
 QString LockFilePath()
 {
-    return QDir(QStandardPaths::writableLocation(QStandardPaths::TempLocation)).filePath(u"quillconfig.lock"_s);
+    // One copy per user: the user's own runtime folder, not the temporary folder that every user
+    // of the machine shares (there another user's running copy would stop this user's silently).
+    QString folder = QStandardPaths::writableLocation(QStandardPaths::RuntimeLocation);
+    if (folder.isEmpty())
+        folder = QStandardPaths::writableLocation(QStandardPaths::AppLocalDataLocation);
+    return QDir(folder).filePath(u"quillconfig.lock"_s);
 }
 
 bool AcquireSingleInstance(QLockFile &lock)
 {
     lock.setStaleLockTime(0); // a copy that died leaves a stale lock, which is removed
-    return lock.tryLock(0);
+    QDir().mkpath(QFileInfo(lock.fileName()).absolutePath());
+    // Only a lock that another copy holds ends this one: a folder where no lock can be made at
+    // all must not keep the tool from ever starting.
+    return lock.tryLock(0) || lock.error() != QLockFile::LockFailedError;
 }
 
 QStringList InitialLoadKeys()

@@ -16,8 +16,9 @@ QString ProductName(const QString &executablePath);
 QString ApplicationTitle(const QString &productName);
 // The main window's title: the translation of "<1> configuration".
 QString WindowTitle(const QString &productName);
-// Takes the lock of the single running copy; false when another copy holds it.
+// Takes the lock of the single running copy; false only when another copy holds it.
 bool AcquireSingleInstance(QLockFile &lock);
+// In the user's own runtime folder: copies run by other users of the machine do not count.
 QString LockFilePath();
 // The seven requests of the initial load, in order.
 QStringList InitialLoadKeys();

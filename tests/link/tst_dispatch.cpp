@@ -6,6 +6,8 @@
 #include "startup.h"
 #include "usrsession.h"
 
+#include <QDir>
+#include <QFileInfo>
 #include <QLockFile>
 #include <QSignalSpy>
 #include <QTest>
@@ -200,7 +202,17 @@ private slots:
         QVERIFY(!Startup::AcquireSingleInstance(second));
         first.unlock();
         QVERIFY(Startup::AcquireSingleInstance(second)); // free again once the first copy ends
-        QVERIFY(!Startup::LockFilePath().isEmpty());
+        // A lock that cannot be made at all (its folder is a file) does not stop the tool.
+        QFile plain(m_scratch.filePath(u"plain-file"_s));
+        QVERIFY(plain.open(QIODevice::WriteOnly));
+        QLockFile impossible(plain.fileName() + u"/quillconfig.lock"_s);
+        QVERIFY(Startup::AcquireSingleInstance(impossible));
+
+        // The lock is the user's own: no other user of the machine can take it or write beside it.
+        const QFileInfo lockFolder(QFileInfo(Startup::LockFilePath()).absolutePath());
+        QVERIFY(lockFolder.isDir());
+        QCOMPARE(lockFolder.ownerId(), QFileInfo(QDir::homePath()).ownerId());
+        QCOMPARE(lockFolder.permissions() & (QFile::WriteGroup | QFile::WriteOther), QFile::Permissions());
     }
 };
 
