@@ -733,20 +733,18 @@ void CommandProcessor::Run::abRebuild()
     if (!book || book->trimmed().isEmpty())
         return refuse(u"no Ab"_s);
     const QString wanted = book->trimmed();
-    // The tool names the book by its name; an id is accepted as well.
+    // The tool names the book by its name, so a name wins; an id is accepted as well.
     std::optional<qint64> id;
+    const QList<qint64> ids = m_store.ids(Table::AB);
+    const QList<StoredField> names = m_store.column(Table::AB, u"Name", ids);
+    for (qsizetype i = 0; i < ids.size() && !id; ++i) {
+        if (QStringView(names[i].value).trimmed().compare(wanted, Qt::CaseInsensitive) == 0)
+            id = ids[i];
+    }
     bool isNumber = false;
     const qint64 number = wanted.toLongLong(&isNumber);
-    if (isNumber && m_store.exists(Table::AB, number))
+    if (!id && isNumber && m_store.exists(Table::AB, number))
         id = number;
-    if (!id) {
-        const QList<qint64> ids = m_store.ids(Table::AB);
-        const QList<StoredField> names = m_store.column(Table::AB, u"Name", ids);
-        for (qsizetype i = 0; i < ids.size() && !id; ++i) {
-            if (QStringView(names[i].value).trimmed().compare(wanted, Qt::CaseInsensitive) == 0)
-                id = ids[i];
-        }
-    }
     if (!id)
         return refuse(u"no address book "_s + oneLine(wanted, 40));
     const StoredField old = m_store.field(Table::AB, *id, u"Statistics");

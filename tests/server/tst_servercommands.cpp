@@ -371,6 +371,12 @@ void tst_ServerCommands::systemBlocksRoutingOrderRebuildAndPing()
     QVERIFY(GetVar(refreshed, u"Rebuilt"_s).toDateTime().isValid());
     QCOMPARE(GetText(GetText(refreshed, u"Find1"_s), u"Search"_s), u"Bootle"_s);
     QCOMPARE(GetVar(refreshed, u"HitRate"_s).toDouble(), 50.0);
+    // A name wins over an id: {Ab=1} rebuilds the book named "1", not the book whose id is 1.
+    send(setFields(u"AB"_s, record({{u"Name"_s, u"1"_s}}), u"-1"_s));
+    send(u"{Cmd=ABRebuild}{Ab=1}"_s);
+    const QString named = request(u"{Cmd=GetFields}{Table=Ab}{Fields=Name,Statistics}{Ref=AB-AB}{Id=2}"_s);
+    QCOMPARE(GetText(named, u"Name"_s), u"1"_s);
+    QVERIFY(GetVar(GetText(named, u"Statistics"_s), u"Rebuilt"_s).toDateTime().isValid());
 
     QCOMPARE(request(u"{Cmd=Ping}{Handler=Branch}"_s), u"{Cmd=PINGECHO}"_s);
     QCOMPARE(m_server->refusalLines(), 0);
