@@ -6,13 +6,12 @@
 #include "tagvalue.h"
 
 #include "errorlog.h"
+#include "isolation.h"
 
 #include <QDir>
 #include <QFile>
 #include <QProcess>
 #include <QRandomGenerator>
-#include <QStandardPaths>
-#include <QTemporaryDir>
 #include <QTest>
 
 #include <clocale>
@@ -255,9 +254,7 @@ class TestTagFuzz : public QObject
 private slots:
     void initTestCase()
     {
-        QStandardPaths::setTestModeEnabled(true);
-        QVERIFY(m_dir.isValid());
-        ErrorLog::SetPath(m_dir.filePath(u"tamsel.log"_s));
+        QVERIFY(m_scratch.enter());
     }
 
     void damagedStringsReadSanely_data()
@@ -397,19 +394,19 @@ private:
                 return true;
         }
         // Build one from the system's locale sources when none is installed.
-        const QString target = m_dir.filePath(u"locales/de_DE.UTF-8"_s);
-        QDir().mkpath(m_dir.filePath(u"locales"_s));
+        const QString target = m_scratch.filePath(u"locales/de_DE.UTF-8"_s);
+        QDir().mkpath(m_scratch.filePath(u"locales"_s));
         QProcess localedef;
         localedef.start(u"localedef"_s, {u"-i"_s, u"de_DE"_s, u"-f"_s, u"UTF-8"_s, target});
         if (!localedef.waitForFinished(60000) || localedef.exitCode() != 0)
             return false;
-        qputenv("LOCPATH", QFile::encodeName(m_dir.filePath(u"locales"_s)));
+        qputenv("LOCPATH", QFile::encodeName(m_scratch.filePath(u"locales"_s)));
         const bool ok = std::setlocale(LC_NUMERIC, "de_DE.UTF-8") != nullptr;
         qunsetenv("LOCPATH");
         return ok && decimalComma();
     }
 
-    QTemporaryDir m_dir;
+    TestIsolation m_scratch;
 };
 
 QTEST_GUILESS_MAIN(TestTagFuzz)
