@@ -15,6 +15,7 @@
 #include <QKeyEvent>
 #include <QLineEdit>
 #include <QPushButton>
+#include <QSet>
 #include <QTreeView>
 #include <QVBoxLayout>
 
@@ -70,6 +71,7 @@ DirectoryPage::DirectoryPage(ServerLink &link, PropertyWindows &windows, QWidget
     for (int index = 0; index < 3; ++index) {
         auto *button = new QPushButton(captions[index], this);
         button->setObjectName(u"DButton_%1"_s.arg(index));
+        button->setAutoDefault(true); // Enter presses the button that has the focus, as Space does
         connect(button, &QPushButton::clicked, this, [this, index] { DButton_Click(index); });
         buttons->addWidget(button);
         m_buttons.append(button);
@@ -167,21 +169,32 @@ void DirectoryPage::editDevices()
 
 void DirectoryPage::removeDevices()
 {
-    const QList<int> rows = selectedSourceRows();
-    if (rows.isEmpty())
+    // The devices are taken before the question: a list reply that arrives while it is open
+    // refills the list, and its rows are other devices then.
+    QStringList rowIds;
+    for (int row : selectedSourceRows())
+        rowIds.append(m_model->entry(row).id);
+    if (rowIds.isEmpty())
         return;
     if (TranslateMsgBox(u"Are you sure you want to remove the selected users?"_s,
                         QMessageBox::Yes | QMessageBox::No) != QMessageBox::Yes)
         return;
     QStringList ids;
-    ids.reserve(rows.size());
-    for (int row : rows)
-        ids.append(TagValueText(GetId(m_model->entry(row).key())));
+    ids.reserve(rowIds.size());
+    for (const QString &id : std::as_const(rowIds))
+        ids.append(TagValueText(GetId(u'~' + id)));
     QString command = u"{Cmd=Delete}{Table=Exts}"_s;
     AddVar(command, u"Id"_s, ids.join(u','));
     m_link.SendCommand(command);
     // The rows go at once, so nothing can be edited or removed twice while the server works; the
     // fresh list that follows shows what the server really holds (a refused removal comes back).
+    const QSet<QString> removed(rowIds.cbegin(), rowIds.cend());
+    QList<int> rows;
+    const QList<DirectoryEntry> &entries = m_model->entries();
+    for (qsizetype row = 0; row < entries.size(); ++row) {
+        if (removed.contains(entries[row].id))
+            rows.append(int(row));
+    }
     m_model->removeEntries(rows);
     m_link.GetData(u"MAIN-EXTS"_s);
 }

@@ -107,6 +107,7 @@ RecordList::RecordList(RecordKind kind, ServerLink &link, PropertyWindows &windo
     for (int index = 0; index < info.buttonCount; ++index) {
         auto *button = new QPushButton(captions[index], this);
         button->setObjectName(info.buttonPrefix + u'_' + QString::number(index));
+        button->setAutoDefault(true); // Enter presses the button that has the focus, as Space does
         connect(button, &QPushButton::clicked, this, [this, index] { Button_Click(index); });
         buttons->addWidget(button);
         m_buttons.append(button);
@@ -325,20 +326,24 @@ void RecordList::editRecord(const QString &prefix)
 
 void RecordList::removeRecord()
 {
-    QTreeWidgetItem *item = m_list->selectedItems().value(0);
-    if (!item)
+    // The entry is held by its key, not by its item, across the question: a list reply that
+    // arrives while it is open replaces every item of the list.
+    const QList<QTreeWidgetItem *> selected = m_list->selectedItems();
+    if (selected.isEmpty())
         return;
+    const QString key = selected.first()->data(0, KeyRole).toString();
+    const QString id = TagValueText(GetId(key));
     const Kind &info = kindInfo();
     if (TranslateMsgBox(u"Are you sure you want to remove this <1>?"_s, QMessageBox::Yes | QMessageBox::No,
                         Translate(info.kindWord)) != QMessageBox::Yes)
         return;
     QString command = u"{Cmd=Delete}{Table="_s + info.table + u'}';
-    AddVar(command, u"Id"_s, GetId(item->data(0, KeyRole).toString()));
+    AddVar(command, u"Id"_s, GetId(key));
     m_link.SendCommand(command);
     // Gone at once, so it cannot be edited or removed again while the server works; the fresh list
     // that follows shows what the server holds.
-    m_storedOrder.removeOne(idOf(item));
-    delete item;
+    m_storedOrder.removeOne(id);
+    delete itemForId(key.mid(1));
     m_link.GetData(info.reference);
 }
 

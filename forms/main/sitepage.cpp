@@ -174,13 +174,13 @@ void SitePage::load(const QString &options)
         const QSignalBlocker blockComm(m_ui->Comm);
         selectText(m_ui->Comm, GetText(options, u"Comm"_s));
     }
-    QString type = GetText(options, u"PBX"_s);
-    if (type.compare(nortelStored, Qt::CaseInsensitive) == 0)
-        type = nortelShown;
+    m_storedType = GetText(options, u"PBX"_s);
     {
         const QSignalBlocker blockType(m_ui->sType);
-        selectText(m_ui->sType, type);
+        const bool nortel = m_storedType.compare(nortelStored, Qt::CaseInsensitive) == 0;
+        selectText(m_ui->sType, nortel ? nortelShown : m_storedType);
     }
+    m_shownType = m_ui->sType->currentText();
     {
         const QSignalBlocker blockVoiceMail(m_ui->sVMType);
         selectText(m_ui->sVMType, GetText(options, u"VMType"_s, noVoiceMail));
@@ -198,7 +198,11 @@ void SitePage::save(RecordValues &values) const
     // Fields a type or a voice-mail type hides keep their text: switching back loses nothing.
     for (const auto &[edit, tag] : m_textFields)
         values.insert(tag, edit->text());
-    values.insert(u"PBX"_s, m_ui->sType->currentText());
+    // A type left as loaded goes back as it was stored: a site whose server runs a "NORTEL CTE"
+    // link keeps that name, though the list calls the system "Nortel BCM". A type chosen from the
+    // list is written as the list names it.
+    const QString type = m_ui->sType->currentText();
+    values.insert(u"PBX"_s, type == m_shownType ? m_storedType : type);
     values.insert(u"Comm"_s, m_ui->Comm->currentText());
     values.insert(u"VMType"_s, m_ui->sVMType->currentText());
 }

@@ -66,4 +66,6 @@ private:
     std::unique_ptr<Ui::SitePage> m_ui;
     // The text boxes of the record with their tags; load and save both go through this table.
     QList<std::pair<QLineEdit *, QString>> m_textFields;
+    QString m_storedType; // the telephone-system type as the record holds it
+    QString m_shownType;  // the list entry it was shown as
 };

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// What the list tests share: quillserverd with the demo site, a relay in front of it that records
-// every frame the tool sends, and a logged-in session whose MAIN- replies reach the test.
+// What the main-window tests share: quillserverd with the demo site, a relay in front of it that
+// records every frame the tool sends, a logged-in session whose MAIN- replies reach the test, and
+// small helpers for records and message boxes.
 #pragma once
 
 #include "errorlog.h"
@@ -9,6 +10,7 @@
 #include "tagreader.h"
 #include "tagvalue.h"
 #include "testserver.h"
+#include "translatewidgets.h"
 #include "usrsession.h"
 
 #include <QHash>
@@ -18,6 +20,7 @@
 #include <QWebSocket>
 #include <QWebSocketServer>
 
+#include <algorithm>
 #include <functional>
 
 using namespace Qt::StringLiterals;
@@ -184,4 +187,57 @@ inline QString record(std::initializer_list<std::pair<QString, QVariant>> fields
     for (const auto &[name, value] : fields)
         AddVar(vars, name, value);
     return vars;
+}
+
+// A list reply of these rows, in this order.
+inline QString listReply(const QStringList &rows)
+{
+    QString reply;
+    AddVar(reply, u"ListCount"_s, int(rows.size()));
+    for (qsizetype row = 0; row < rows.size(); ++row)
+        AddVar(reply, u"List"_s + QString::number(row + 1), rows[row]);
+    return reply;
+}
+
+// The same list reply with its rows the other way round.
+inline QString reversedReply(const QString &reply)
+{
+    QStringList rows = ReadList(reply);
+    std::reverse(rows.begin(), rows.end());
+    return listReply(rows);
+}
+
+// The top-level tag names of a record, in order.
+inline QStringList tagNames(const QString &record)
+{
+    QStringList names;
+    for (int index = 1;; ++index) {
+        QString name;
+        GetVar(record, index, &name);
+        if (name.isEmpty())
+            return names;
+        names << name;
+    }
+}
+
+// The order in which the PBX settings record is written.
+inline const QStringList pbxOrder{
+    u"AutoDir"_s,  u"Name"_s,       u"Trunk"_s,        u"LCR"_s,        u"Area"_s,
+    u"Operator"_s, u"PBX"_s,        u"Comm"_s,         u"Random"_s,     u"Numbers"_s,
+    u"Settings"_s, u"Ip"_s,         u"Port"_s,         u"Server"_s,     u"Username"_s,
+    u"Password"_s, u"FatalAlert"_s, u"WarningAlert"_s, u"DailyAlert"_s, u"SendUpdates"_s,
+    u"SendPath"_s, u"Cluster"_s,    u"VMType"_s,       u"VM"_s,         u"VMIp"_s};
+
+// Answers every message box with answer, noting its text in asked; whileAsked runs while the box
+// would be open (a reply arriving then, say).
+inline void answerMessageBoxes(QMessageBox::StandardButton answer, QStringList &asked,
+                               std::function<void()> whileAsked = {})
+{
+    SetMsgBoxAnswer(
+        [&asked, answer, whileAsked](const QString &, const QString &text, QMessageBox::StandardButtons) {
+            asked.append(text);
+            if (whileAsked)
+                whileAsked();
+            return answer;
+        });
 }

@@ -37,7 +37,6 @@ private slots:
 private:
     RecordList *listFor(const QString &subRef) const;
     void select(RecordList *list, const QString &name);
-    void answerMessageBoxes(QMessageBox::StandardButton answer);
     QPushButton *button(RecordList *list, int index) const;
 
     std::unique_ptr<ListFixture> m_fixture;
@@ -117,14 +116,6 @@ QPushButton *RecordListsTest::button(RecordList *list, int index) const
     // AButton for Ab, CButton for Campaigns, ...
     const QString prefix = list->list()->objectName().left(1) + u"Button"_s;
     return list->findChild<QPushButton *>(prefix + u'_' + QString::number(index));
-}
-
-void RecordListsTest::answerMessageBoxes(QMessageBox::StandardButton answer)
-{
-    SetMsgBoxAnswer([this, answer](const QString &, const QString &text, QMessageBox::StandardButtons) {
-        m_asked.append(text);
-        return answer;
-    });
 }
 
 void RecordListsTest::listsShowTheServerRecords()
@@ -357,7 +348,7 @@ void RecordListsTest::removalAsksWithTheKindWordAndDeletesOnlyAfterYes()
         const int count = c.list->list()->topLevelItemCount();
 
         m_asked.clear();
-        answerMessageBoxes(QMessageBox::No);
+        answerMessageBoxes(QMessageBox::No, m_asked);
         qsizetype mark = relay.commands().size();
         QTest::mouseClick(button(c.list, 2), Qt::LeftButton);
         QCOMPARE(m_asked, QStringList{c.prompt});
@@ -365,7 +356,9 @@ void RecordListsTest::removalAsksWithTheKindWordAndDeletesOnlyAfterYes()
         QVERIFY(ListFixture::replyIds(m_fixture->fetch(c.reference)).contains(id));
         QCOMPARE(relay.commands().size(), mark + 1); // only the list read
 
-        answerMessageBoxes(QMessageBox::Yes);
+        // A list reply that refills the list while the question is open does not change what goes.
+        const QString reply = m_fixture->lastReply(subRef);
+        answerMessageBoxes(QMessageBox::Yes, m_asked, [&c, reply] { c.list->fill(reversedReply(reply)); });
         select(c.list, c.name);
         mark = relay.commands().size();
         const int before = m_fixture->replyCount(subRef);

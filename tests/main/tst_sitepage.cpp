@@ -1,19 +1,18 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // The Site, Network and Features pages on their own: which controls each telephone system shows,
 // defaults on load, and the records they save.
-#include "errorlog.h"
 #include "featurespage.h"
+#include "listfixture.h"
 #include "networkpage.h"
 #include "sitepage.h"
-#include "tagvalue.h"
 
+#include <QApplication>
 #include <QCheckBox>
 #include <QComboBox>
+#include <QLabel>
 #include <QLineEdit>
-#include <QStandardPaths>
+#include <QSet>
 #include <QTableWidget>
-#include <QTemporaryDir>
-#include <QTest>
 
 using namespace Qt::StringLiterals;
 
@@ -41,19 +40,6 @@ QStringList sorted(QStringList list)
     return list;
 }
 
-// The top-level tag names of a record, in order.
-QStringList tagNames(const QString &record)
-{
-    QStringList names;
-    for (int index = 1;; ++index) {
-        QString name;
-        GetVar(record, index, &name);
-        if (name.isEmpty())
-            return names;
-        names << name;
-    }
-}
-
 template <typename T> T *child(const QWidget &page, const QString &name)
 {
     auto *found = page.findChild<T *>(name);
@@ -68,14 +54,6 @@ void choose(QComboBox *combo, const QString &text)
     QVERIFY2(index >= 0, qPrintable(text));
     combo->setCurrentIndex(index);
 }
-
-// The documented order of the PBX settings record.
-const QStringList pbxOrder{
-    u"AutoDir"_s,  u"Name"_s,       u"Trunk"_s,        u"LCR"_s,        u"Area"_s,
-    u"Operator"_s, u"PBX"_s,        u"Comm"_s,         u"Random"_s,     u"Numbers"_s,
-    u"Settings"_s, u"Ip"_s,         u"Port"_s,         u"Server"_s,     u"Username"_s,
-    u"Password"_s, u"FatalAlert"_s, u"WarningAlert"_s, u"DailyAlert"_s, u"SendUpdates"_s,
-    u"SendPath"_s, u"Cluster"_s,    u"VMType"_s,       u"VM"_s,         u"VMIp"_s};
 
 } // namespace
 
@@ -124,6 +102,10 @@ private slots:
         QTest::newRow("another system") << u"{PBX=MITEL}"_s + serial << QStringList{u"pAuto"_s} << u"Com2:"_s;
         QTest::newRow("not used") << u"{PBX=Not used}"_s << QStringList{u"pAuto"_s} << QString();
         QTest::newRow("no type yet") << u"{Comm=Tcp/Ip}"_s << QStringList{} << u"Tcp/Ip"_s;
+        // A type that is part of a listed name takes that name's rule.
+        QTest::newRow("part of INTERTEL")
+            << u"{PBX=tel}"_s + serial << QStringList{u"pPword"_s, u"bPort"_s, u"pAuto"_s, u"bComm"_s}
+            << u"Com2:"_s;
     }
 
     void eachTypeShowsExactlyItsGroups()
@@ -220,6 +202,64 @@ private slots:
         QCOMPARE(child<QComboBox>(page, u"sVMType"_s)->currentText(), u"(None)"_s);
         QVERIFY(!child<QCheckBox>(page, u"AutoDir"_s)->isChecked());
         QVERIFY(child<QLineEdit>(page, u"sVMIP"_s)->text().isEmpty());
+
+        // Saved untouched, the type goes back as the server holds it; chosen, as the list names it.
+        RecordValues values;
+        page.save(values);
+        QCOMPARE(values.value(u"PBX"_s).toString(), u"NORTEL CTE"_s);
+        page.load(u"{PBX=AVAYA ECS}"_s);
+        choose(child<QComboBox>(page, u"sType"_s), u"Nortel BCM"_s);
+        page.save(values);
+        QCOMPARE(values.value(u"PBX"_s).toString(), u"Nortel BCM"_s);
+    }
+
+    void everyLabelAndBoxHasItsOwnMnemonic()
+    {
+        // Alt and the underlined letter reach each field shown: the label's field takes the focus,
+        // a check box toggles. No two on show share a letter.
+        const auto pressEach = [](QWidget &page) {
+            QSet<QChar> letters;
+            const auto letterOf = [&letters](const QString &text) {
+                const qsizetype amp = text.indexOf(u'&');
+                const QChar letter = amp >= 0 ? text.at(amp + 1).toLower() : QChar();
+                return letters.contains(letter) ? QChar() : *letters.insert(letter);
+            };
+            for (QLabel *label : page.findChildren<QLabel *>()) {
+                QWidget *field = label->buddy();
+                if (!field || !label->isVisible() || !field->isEnabled())
+                    continue;
+                const QChar letter = letterOf(label->text());
+                QVERIFY2(!letter.isNull(), qPrintable(label->text()));
+                QTest::keyClick(&page, letter.toLatin1(), Qt::AltModifier);
+                QCOMPARE(QApplication::focusWidget(), field);
+            }
+            for (QCheckBox *box : page.findChildren<QCheckBox *>()) {
+                if (!box->isVisible())
+                    continue;
+                const QChar letter = letterOf(box->text());
+                QVERIFY2(!letter.isNull(), qPrintable(box->text()));
+                const bool wasChecked = box->isChecked();
+                QTest::keyClick(&page, letter.toLatin1(), Qt::AltModifier);
+                QTRY_COMPARE(box->isChecked(), !wasChecked);
+            }
+        };
+        const auto showActive = [](QWidget &page) {
+            page.show();
+            page.activateWindow();
+            return QTest::qWaitForWindowActive(&page);
+        };
+
+        SitePage site;
+        QVERIFY(showActive(site));
+        for (const QString &type : {u"{PBX=SIEMENS}{Comm=Tcp/Ip}"_s, u"{PBX=INTERTEL}{Comm=Com1:}"_s,
+                                    u"{PBX=AVAYA ECS}"_s, u"{PBX=Demonstration mode}"_s}) {
+            site.load(type + u"{VMType=VoxBox}"_s);
+            pressEach(site);
+        }
+        site.hide();
+        NetworkPage network;
+        QVERIFY(showActive(network));
+        pressEach(network);
     }
 
     void voiceMailTypeEnablesItsFields()
