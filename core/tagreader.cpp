@@ -6,7 +6,6 @@
 #include <QHashFunctions>
 #include <QtAlgorithms>
 
-#include <algorithm>
 #include <cmath>
 #include <limits>
 
@@ -108,38 +107,82 @@ bool sameUnits(const char16_t *a, const char16_t *b, qsizetype length)
     return true;
 }
 
-// "List" followed by the row number, kept on the stack.
-class ListName
+// Reads through f, logging any fault exactly as GetVar's guard does and giving an empty result.
+template <typename Read> auto guardedRead(Read read) -> decltype(read())
 {
-public:
-    explicit ListName(qsizetype row)
-    {
-        char16_t digits[24];
-        qsizetype count = 0;
-        do {
-            digits[count++] = char16_t(u'0' + row % 10);
-            row /= 10;
-        } while (row > 0);
-        while (count > 0)
-            m_units[m_size++] = digits[--count];
+    try {
+        return read();
+    } catch (...) {
+        Guard(getVarLabel, [] { throw; });
+        return {};
     }
-    QStringView view() const { return QStringView(m_units, m_size); }
+}
 
-private:
-    char16_t m_units[32] = {u'L', u'i', u's', u't'};
-    qsizetype m_size = 4;
-};
+// Whether text is a whole number in the form the shortest decimal text of its value takes: up to
+// 15 digits, no sign, no leading zero, and few enough trailing zeros that the form with an
+// exponent ("1e+05") is not the shorter one.
+bool isOwnNumberText(QStringView text)
+{
+    const qsizetype size = text.size();
+    if (size == 0 || size > 15 || (size > 1 && text.front() == u'0'))
+        return false;
+    qsizetype trailingZeros = 0;
+    for (qsizetype i = 0; i < size; ++i) {
+        const char16_t c = text[i].unicode();
+        if (c < u'0' || c > u'9')
+            return false;
+        trailingZeros = c == u'0' ? trailingZeros + 1 : 0;
+    }
+    return size == 1 || trailingZeros <= 3;
+}
+
+// TagValueText of ReadEntry's value for the entry, made without the QVariant. Ids and counts are
+// mostly already written the way the number reads back, and are then taken as they stand.
+QString madeText(const TagValue::EntryText &entry)
+{
+    if (entry.type == u'N') {
+        if (isOwnNumberText(entry.text))
+            return entry.text.toString();
+        return QString::number(LeadingNumber(entry.text), 'g', QLocale::FloatingPointShortest);
+    }
+    if (entry.type == u'D') {
+        const QDateTime when = ParseTagDate(entry.text);
+        return when.isValid() ? TagDateText(when) : QString();
+    }
+    return entry.text.toString();
+}
+
+// Whether the text GetText gives for the entry differs from the text standing in the string.
+bool isConverted(const TagValue::EntryText &entry)
+{
+    return entry.type == u'N' || entry.type == u'D';
+}
+
+// Whether the units at name fold to the lower-case ASCII word, as GetVar's search compares.
+bool foldsTo(const char16_t *name, QLatin1StringView word)
+{
+    for (qsizetype i = 0; i < word.size(); ++i) {
+        if (foldedAt(name, i) != char32_t(word[i].unicode()))
+            return false;
+    }
+    return true;
+}
 
 } // namespace
 
-TagReader::TagReader(const QString &vars) : m_vars(vars)
+TagReader::TagReader(const QString &vars) : m_shared(vars), m_vars(m_shared)
+{
+    buildIndex();
+}
+
+TagReader::TagReader(QStringView vars) : m_vars(vars)
 {
     buildIndex();
 }
 
 void TagReader::buildIndex()
 {
-    const char16_t *units = QStringView(m_vars).utf16();
+    const char16_t *units = m_vars.utf16();
     const qsizetype size = m_vars.size();
     m_indexed = size < maxIndexedString;
     if (!m_indexed) {
@@ -158,54 +201,38 @@ void TagReader::buildIndex()
             continue;
         }
         ++m_braceCount;
-        const bool topLevel = ++depth == 1;
-        if (topLevel)
-            m_topLevel.append(TopLevel{qint32(i), -1});
+        if (++depth == 1)
+            m_topLevel.append(qint32(i));
         if (delimiter <= i)
             delimiter = findEither(units, i + 1, size, u'(', u'=');
         const qsizetype nameLength = delimiter - i - 1;
-        if (delimiter < size && nameLength <= MaxIndexedName) {
-            const qsizetype entry = addCandidate(Candidate{i, nameLength, units[delimiter] == u'('}, recent);
-            if (topLevel)
-                m_topLevel.last().entry = qint32(entry);
-        }
+        if (delimiter < size && nameLength <= MaxIndexedName)
+            addCandidate(Candidate{i, nameLength, units[delimiter] == u'('}, recent);
     }
 }
 
-qsizetype TagReader::addCandidate(const Candidate &candidate, std::unique_ptr<RecentNames> &recent)
+void TagReader::addCandidate(const Candidate &candidate, std::unique_ptr<RecentNames> &recent)
 {
     if (!m_hashed) {
         if (m_candidates.size() < MaxListed) {
             m_candidates.append(candidate);
-            return -1;
+            return;
         }
         m_hashed = true;
         recent = std::make_unique<RecentNames>();
-        qsizetype top = 0; // the top-level entries met so far learn their entries too
-        for (const Candidate &listed : std::as_const(m_candidates)) {
-            const qsizetype entry = record(listed);
-            markFirst(entry, listed);
-            while (top < m_topLevel.size() && m_topLevel[top].brace < listed.brace)
-                ++top;
-            if (top < m_topLevel.size() && m_topLevel[top].brace == listed.brace)
-                m_topLevel[top].entry = qint32(entry);
-        }
+        for (const Candidate &listed : std::as_const(m_candidates))
+            markFirst(record(listed), listed);
         m_candidates.clear();
     }
     // The rows of a list repeat the same field names: a name written exactly like a recent one
     // is that one's entry, without hashing.
-    const char16_t *name = QStringView(m_vars).utf16() + candidate.brace + 1;
+    const char16_t *name = m_vars.utf16() + candidate.brace + 1;
     const qsizetype length = candidate.nameLength;
     RecentName &seen =
         (*recent)[(length > 0 ? length * 7 + name[0] + 3 * name[length - 1] : 0) % recent->size()];
-    if (seen.length == length && seen.entry >= 0 &&
-        sameUnits(name, QStringView(m_vars).utf16() + seen.start, length)) {
-        markFirst(seen.entry, candidate);
-        return seen.entry;
-    }
-    seen = RecentName{candidate.brace + 1, length, record(candidate)};
+    if (!(seen.length == length && seen.entry >= 0 && sameUnits(name, m_vars.utf16() + seen.start, length)))
+        seen = RecentName{candidate.brace + 1, length, record(candidate)};
     markFirst(seen.entry, candidate);
-    return seen.entry;
 }
 
 // Braces arrive in order, so the first of each form is the one GetVar's search meets first.
@@ -218,7 +245,7 @@ void TagReader::markFirst(qsizetype entry, const Candidate &candidate)
 
 qsizetype TagReader::record(const Candidate &candidate)
 {
-    const QStringView name = QStringView(m_vars).mid(candidate.brace + 1, candidate.nameLength);
+    const QStringView name = m_vars.mid(candidate.brace + 1, candidate.nameLength);
     const quint32 hash = nameHash(name);
     const qsizetype found = lookup(name, hash);
     if (found >= 0)
@@ -313,14 +340,11 @@ QVariant TagReader::read(const TagValue::EntryRef &ref, const QVariant *defaultV
 {
     // Values go straight to the caller: a list page reads millions of them, and every extra move
     // of a QVariant shows.
-    try {
+    return guardedRead([&]() -> QVariant {
         if (ref.found())
             return TagValue::ReadEntry(m_vars, ref);
         return defaultValue ? *defaultValue : QVariant();
-    } catch (...) {
-        Guard(getVarLabel, [] { throw; }); // logs the fault exactly as GetVar's guard does
-        return {};
-    }
+    });
 }
 
 QVariant TagReader::value(QStringView name) const
@@ -335,23 +359,29 @@ QVariant TagReader::value(QStringView name, const QVariant &defaultValue) const
 
 QVariant TagReader::value(int index, QString *nameOut) const
 {
-    if (!m_indexed)
-        return GetVar(m_vars, index, nameOut);
-    const qsizetype position = qsizetype(qMax(index, 1)) - 1;
     QString name;
     QVariant result;
-    if (position < m_topLevel.size()) {
-        const qsizetype brace = m_topLevel[position].brace;
-        QStringView text =
-            QStringView(m_vars).mid(brace + 1, qMin(indexNameWidth, m_vars.size() - brace - 1));
-        for (qsizetype k = 0; k < text.size(); ++k) {
-            if (isDelimiter(text[k].unicode())) {
-                text = text.left(k);
-                break;
+    if (!m_indexed) { // GetVar's own steps, on the text where it stands
+        Guard(getVarLabel, [&] {
+            bool found = false;
+            name = TagValue::NameAtIndex(m_vars, index, &found);
+            if (found)
+                result = TagValue::ReadEntry(m_vars, TagValue::FindEntry(m_vars, name));
+        });
+    } else {
+        const qsizetype position = qsizetype(qMax(index, 1)) - 1;
+        if (position < m_topLevel.size()) {
+            const qsizetype brace = m_topLevel[position];
+            QStringView text = m_vars.mid(brace + 1, qMin(indexNameWidth, m_vars.size() - brace - 1));
+            for (qsizetype k = 0; k < text.size(); ++k) {
+                if (isDelimiter(text[k].unicode())) {
+                    text = text.left(k);
+                    break;
+                }
             }
+            name = text.toString();
+            result = value(name);
         }
-        name = text.toString();
-        result = value(name);
     }
     if (nameOut)
         *nameOut = name;
@@ -360,53 +390,185 @@ QVariant TagReader::value(int index, QString *nameOut) const
 
 QString TagReader::text(QStringView name, const QString &defaultValue) const
 {
-    return TagValueText(value(name, defaultValue));
+    const TagValue::EntryRef ref = find(name);
+    if (!ref.found())
+        return defaultValue;
+    return guardedRead([&] { return madeText(TagValue::ReadEntryText(m_vars, ref)); });
 }
 
-TagValue::EntryRef TagReader::findRow(QStringView name, qsizetype &cursor) const
+double TagReader::number(QStringView name) const
 {
-    // Row n of a reply is nearly always the top-level entry after row n-1: when that entry's name
-    // is the one asked for, its index entry is the name's entry, found without hashing and
-    // without leaving the part of the reply being read.
-    if (m_hashed && indexable(name)) {
-        for (qsizetype k = cursor; k < qMin(cursor + 4, m_topLevel.size()); ++k) {
-            const qsizetype entry = m_topLevel[k].entry;
-            if (entry < 0 || !sameName(m_vars, m_entries[entry].first() + 1, name))
+    const TagValue::EntryRef ref = find(name);
+    if (!ref.found())
+        return 0;
+    return guardedRead([&] {
+        const TagValue::EntryText entry = TagValue::ReadEntryText(m_vars, ref);
+        // Text and dates convert as QVariant converts them; they are rare where numbers are read.
+        return entry.type == u'N' ? LeadingNumber(entry.text) : TagValue::ReadEntry(m_vars, ref).toDouble();
+    });
+}
+
+namespace {
+
+// Where the first entry of one name stands for GetVar's search: the first sized entry, else the
+// first plain one. Kept as one number, the position times two plus one for the sized form.
+class FirstEntry
+{
+public:
+    bool found() const { return m_code >= 0; }
+    void offer(qsizetype brace, bool sized)
+    {
+        const qsizetype code = 2 * brace + (sized ? 1 : 0);
+        if (!found() || (sized && !isSized()) || (sized == isSized() && code < m_code))
+            m_code = code;
+    }
+    void offer(FirstEntry other)
+    {
+        if (other.found())
+            offer(other.m_code / 2, other.isSized());
+    }
+    TagValue::EntryRef ref(qsizetype nameLength) const
+    {
+        return found() ? TagValue::EntryRef{m_code / 2, nameLength, isSized()} : TagValue::EntryRef{};
+    }
+
+private:
+    bool isSized() const { return (m_code & 1) != 0; }
+    qint64 m_code = -1;
+};
+
+// One pass over a list reply that finds, for ListCount and for every row number n, where GetVar's
+// search for "ListCount" and "List<n>" settles. Only names that fold to "list" are looked at: no
+// other entry can be one of these.
+class ListScan
+{
+public:
+    explicit ListScan(QStringView reply) : m_reply(reply) { scan(); }
+
+    qsizetype braceCount() const { return m_braceCount; }
+    TagValue::EntryRef count() const { return m_count.ref(QLatin1StringView("ListCount").size()); }
+    // The entry of row n (1-based), once settleRows has taken in the rows met far ahead.
+    TagValue::EntryRef row(qsizetype n) const
+    {
+        return n < qsizetype(m_rows.size()) ? m_rows[size_t(n)].ref(4 + digitCount(n)) : TagValue::EntryRef{};
+    }
+    // Takes in the rows met far ahead of the rest, up to row rows.
+    void settleRows(qsizetype rows)
+    {
+        if (qsizetype(m_rows.size()) <= rows && !m_farRows.empty())
+            m_rows.resize(size_t(rows) + 1);
+        for (const auto &[n, first] : m_farRows) {
+            if (n <= rows)
+                m_rows[size_t(n)].offer(first);
+        }
+        m_farRows.clear();
+    }
+
+private:
+    static qsizetype digitCount(qsizetype n)
+    {
+        qsizetype count = 1;
+        for (; n >= 10; n /= 10)
+            ++count;
+        return count;
+    }
+
+    void scan()
+    {
+        const char16_t *units = m_reply.utf16();
+        const qsizetype size = m_reply.size();
+        for (qsizetype i = findEither(units, 0, size, u'{', u'{'); i < size;
+             i = findEither(units, i + 1, size, u'{', u'{')) {
+            ++m_braceCount;
+            const char16_t first = i + 1 < size ? units[i + 1] : u'\0';
+            if ((first < 0x80 && (first | 0x20) != u'l') || size - i < 7 ||
+                !foldsTo(units + i + 1, "list"_L1))
                 continue;
-            cursor = k + 1;
-            const Entry &found = m_entries[entry];
-            return found.sized >= 0 ? TagValue::EntryRef{found.sized, name.size(), true}
-                                    : TagValue::EntryRef{found.plain, name.size(), false};
+            const qsizetype after = i + 5;
+            if (units[after] >= u'1' && units[after] <= u'9')
+                readRowName(i, after);
+            else if (size - after > 5 && foldsTo(units + after, "count"_L1) && isDelimiter(units[after + 5]))
+                m_count.offer(i, units[after + 5] == u'(');
         }
     }
-    const TagValue::EntryRef ref = find(name);
-    // Pick up the thread after a gap in the rows.
-    const auto next =
-        std::lower_bound(m_topLevel.cbegin(), m_topLevel.cend(), ref.brace,
-                         [](const TopLevel &top, qsizetype brace) { return top.brace < brace; });
-    if (ref.found() && next != m_topLevel.cend() && next->brace == ref.brace)
-        cursor = (next - m_topLevel.cbegin()) + 1;
-    return ref;
+
+    // "{List" and digits: a row's name when the digits end at a "(" or "=".
+    void readRowName(qsizetype brace, qsizetype digits)
+    {
+        const char16_t *units = m_reply.utf16();
+        const qsizetype size = m_reply.size();
+        qsizetype n = 0;
+        qsizetype at = digits;
+        for (; at < size && at - digits < 18 && units[at] >= u'0' && units[at] <= u'9'; ++at)
+            n = n * 10 + (units[at] - u'0');
+        if (at >= size || !isDelimiter(units[at]) || n > size)
+            return;
+        const bool sized = units[at] == u'(';
+        // Rows come in order; a number far beyond the braces met so far waits on the side, so a
+        // stray big number never makes a big table.
+        if (n < qsizetype(m_rows.size())) {
+            m_rows[size_t(n)].offer(brace, sized);
+        } else if (n <= 2 * m_braceCount + 1024) {
+            m_rows.resize(qMax(size_t(n) + 1, m_rows.size()));
+            m_rows[size_t(n)].offer(brace, sized);
+        } else {
+            FirstEntry first;
+            first.offer(brace, sized);
+            m_farRows.emplace_back(n, first);
+        }
+    }
+
+    QStringView m_reply;
+    qsizetype m_braceCount = 0;
+    FirstEntry m_count;
+    std::vector<FirstEntry> m_rows; // by row number; 0 is never a row
+    std::vector<std::pair<qsizetype, FirstEntry>> m_farRows;
+};
+
+} // namespace
+
+ListRows::ListRows(const QString &reply) : m_reply(reply)
+{
+    ListScan scan(m_reply);
+    const TagValue::EntryRef countRef = scan.count();
+    if (!countRef.found())
+        return;
+    // The count arrives as a number ("{ListCount(N2)=12}") or as text from a hand-made reply.
+    const double count = guardedRead([&] {
+        const TagValue::EntryText entry = TagValue::ReadEntryText(m_reply, countRef);
+        return entry.type == u'N' ? LeadingNumber(entry.text) : LeadingNumber(madeText(entry));
+    });
+    if (!(count >= 1))
+        return;
+    const qsizetype rows = qMin(qsizetype(std::floor(qMin(count, 1e15))), scan.braceCount());
+    scan.settleRows(rows);
+    m_rows.reserve(size_t(rows));
+    for (qsizetype n = 1; n <= rows; ++n) {
+        const TagValue::EntryRef ref = scan.row(n);
+        if (!ref.found()) {
+            m_rows.emplace_back();
+            continue;
+        }
+        m_rows.push_back(guardedRead([&] {
+            const TagValue::EntryText entry = TagValue::ReadEntryText(m_reply, ref);
+            if (!isConverted(entry))
+                return entry.text;
+            m_made.append(madeText(entry));
+            return QStringView(m_made.constLast());
+        }));
+    }
 }
 
-QStringList TagReader::list() const
+QStringList ListRows::toList() const
 {
-    const QVariant countValue = value(u"ListCount");
-    // The count arrives as a number ("{ListCount(N2)=12}") or as text from a hand-made reply.
-    const double count = countValue.typeId() == QMetaType::Double ? countValue.toDouble()
-                                                                  : LeadingNumber(TagValueText(countValue));
-    if (!(count >= 1))
-        return {};
-    const qsizetype rows = qMin(qsizetype(std::floor(qMin(count, 1e15))), m_braceCount);
     QStringList list;
-    list.reserve(rows);
-    qsizetype cursor = 0;
-    for (qsizetype row = 1; row <= rows; ++row)
-        list.append(TagValueText(read(findRow(ListName(row).view(), cursor), nullptr)));
+    list.reserve(size());
+    for (const QStringView row : m_rows)
+        list.append(row.toString());
     return list;
 }
 
 QStringList ReadList(const QString &reply)
 {
-    return TagReader(reply).list();
+    return ListRows(reply).toList();
 }

@@ -28,21 +28,25 @@ class TagReader
 public:
     static constexpr qsizetype MaxIndexedName = 64;
 
+    // Reads vars, sharing its text.
     explicit TagReader(const QString &vars);
+    // Reads vars where it stands, without a copy: the text must outlive the reader. A list page
+    // reads each row of a reply this way (see ListRows).
+    explicit TagReader(QStringView vars);
 
     // GetVar(vars, name) and GetVar(vars, name, defaultValue).
     QVariant value(QStringView name) const;
     QVariant value(QStringView name, const QVariant &defaultValue) const;
     // GetVar(vars, index, nameOut): the index-th top-level entry (1 or less reads the first).
     QVariant value(int index, QString *nameOut = nullptr) const;
-    // GetText(vars, name, defaultValue).
+    // GetText(vars, name, defaultValue), made straight from the entry.
     QString text(QStringView name, const QString &defaultValue = {}) const;
+    // GetVar(vars, name).toDouble(): a number entry is read without going through a QVariant.
+    double number(QStringView name) const;
     // Where GetVar's named search settles: TagValue::FindEntry(vars, name).
     TagValue::EntryRef find(QStringView name) const;
-    // The rows of this string read as a list reply; see ReadList.
-    QStringList list() const;
 
-    const QString &vars() const { return m_vars; }
+    QStringView vars() const { return m_vars; }
     // How many "{" the string holds: an upper bound on any count of entries it can carry.
     qsizetype braceCount() const { return m_braceCount; }
 
@@ -69,12 +73,6 @@ private:
         quint32 hash = 0;
         quint32 entry = 0; // index into m_entries plus one; 0 marks a free slot
     };
-    // A "{" at depth one, with the entry of its name once the names are hashed.
-    struct TopLevel
-    {
-        qint32 brace = -1;
-        qint32 entry = -1;
-    };
     // Names met lately while indexing, by a cheap key: the rows of a list repeat their names.
     struct RecentName
     {
@@ -88,28 +86,51 @@ private:
     static constexpr qsizetype MaxListed = 16;
 
     void buildIndex();
-    // The entry of the candidate's name, or -1 while the names are listed, not hashed.
-    qsizetype addCandidate(const Candidate &candidate, std::unique_ptr<RecentNames> &recent);
+    void addCandidate(const Candidate &candidate, std::unique_ptr<RecentNames> &recent);
     qsizetype record(const Candidate &candidate); // the entry of the candidate's name
     void markFirst(qsizetype entry, const Candidate &candidate);
     void grow();
     qsizetype lookup(QStringView name, quint32 hash) const; // entry index or -1
     bool indexable(QStringView name) const;
     TagValue::EntryRef findListed(QStringView name) const;
-    TagValue::EntryRef findRow(QStringView name, qsizetype &cursor) const;
     QVariant read(const TagValue::EntryRef &ref, const QVariant *defaultValue) const;
 
-    QString m_vars;
+    QString m_shared;       // the text when the reader was given a QString: keeps m_vars alive
+    QStringView m_vars;     // the text read
     bool m_indexed = false; // false: every read takes the linear search
     bool m_hashed = false;  // false: the names are in m_candidates
     qsizetype m_braceCount = 0;
     QVarLengthArray<Candidate, MaxListed> m_candidates;
     std::vector<Entry> m_entries;
     std::vector<Slot> m_slots;
-    QVarLengthArray<TopLevel, 16> m_topLevel; // for reads by number and the rows of a list
+    QVarLengthArray<qint32, 16> m_topLevel; // the "{" of each entry at depth one, for reads by number
 };
 
 // The rows of a list reply: the values of List1 .. List<ListCount>, each read as GetVar reads it
-// (as text). A row the reply lacks reads empty. A count beyond the number of entries the reply
-// could hold is damage, not data, and is cut to that number.
+// (as text), found in one pass over the reply. A row the reply lacks reads empty. A count beyond
+// the number of entries the reply could hold is damage, not data, and is cut to that number.
+//
+// Each row is a view into the reply, so a page that keeps only the fields of its rows copies no
+// row: read each with TagReader(QStringView). The reply's text is shared, not copied, so the views
+// stay valid as long as this object lives, whatever becomes of the caller's string.
+class ListRows
+{
+public:
+    explicit ListRows(const QString &reply);
+
+    qsizetype size() const { return qsizetype(m_rows.size()); }
+    QStringView at(qsizetype index) const { return m_rows[size_t(index)]; } // row index + 1
+    std::vector<QStringView>::const_iterator begin() const { return m_rows.cbegin(); }
+    std::vector<QStringView>::const_iterator end() const { return m_rows.cend(); }
+    QStringList toList() const;
+
+private:
+    QString m_reply;
+    // Rows sent as numbers or dates read as text made from them; the views point in here. A
+    // QString keeps its characters in place when the list moves it.
+    QStringList m_made;
+    std::vector<QStringView> m_rows;
+};
+
+// The rows of a list reply as strings: ListRows(reply).toList().
 QStringList ReadList(const QString &reply);

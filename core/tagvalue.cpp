@@ -50,6 +50,32 @@ qint64 decimalMagnitude(QByteArrayView mantissa, qint64 exponent)
     return (first < point ? point - first : point - first + 1) + exponent;
 }
 
+// toLength(LeadingNumber(text)). Nearly every length is a few plain digits ended by ")", read
+// here directly.
+qsizetype lengthOf(QStringView text)
+{
+    constexpr qsizetype maxDigits = 15; // exact in a double, as the general parse gives them
+    const qsizetype end = qMin(text.size(), maxDigits);
+    qsizetype length = 0;
+    qsizetype i = 0;
+    for (; i < end && isDigit(text[i]); ++i)
+        length = length * 10 + (text[i].unicode() - u'0');
+    const bool whole =
+        i > 0 &&
+        (i == text.size() || !(isDigit(text[i]) || text[i] == u'.' || text[i] == u'e' || text[i] == u'E'));
+    return whole ? length : toLength(LeadingNumber(text));
+}
+
+// Whether the leading-number parse of text can find digits: only blanks, a sign, a digit or the
+// point begin a number. Anything else in front reads as zero without looking further.
+bool startsNumber(QStringView text)
+{
+    if (text.isEmpty())
+        return false;
+    const QChar c = text.front();
+    return isDigit(c) || c == u' ' || c == u'\t' || c == u'+' || c == u'-' || c == u'.';
+}
+
 // vars.indexOf(c, from) for a character that nearly always stands a few places on, as the "=" of
 // a sized entry does: looked for directly before the general search, which costs more to start.
 qsizetype indexOfNear(QStringView vars, QChar c, qsizetype from)
@@ -121,6 +147,18 @@ double LeadingNumber(QStringView text, qsizetype *consumed)
     bool negative = false;
     if (i < n && (text[i] == u'+' || text[i] == u'-'))
         negative = text[i++] == u'-';
+    // Lengths and ids are most of what is read here: a few digits with nothing that could go on
+    // with the number after them are the number, exactly, without the general parse.
+    qsizetype end = i;
+    qint64 digitsValue = 0;
+    while (end < n && end - i < 15 && isDigit(text[end]))
+        digitsValue = digitsValue * 10 + (text[end++].unicode() - u'0');
+    if (end > i &&
+        (end == n || !(isDigit(text[end]) || text[end] == u'.' || text[end] == u'e' || text[end] == u'E'))) {
+        if (consumed)
+            *consumed = end;
+        return negative ? -double(digitsValue) : double(digitsValue);
+    }
     // The characters go to a small buffer read by std::from_chars, which ignores the C locale:
     // QCoreApplication applies the user's locale, and strtod would then stop at the "." of
     // "12.5" for a German user. The buffer lives on the stack for all but freak lengths.
@@ -262,34 +300,49 @@ EntryRef FindEntry(QStringView vars, QStringView name)
     return {};
 }
 
-QVariant ReadEntry(QStringView vars, const EntryRef &ref)
+EntryText ReadEntryText(QStringView vars, const EntryRef &ref)
 {
     if (!ref.found())
         return {};
     const qsizetype afterName = qMin(ref.brace + 1 + ref.nameLength + 1, vars.size());
     if (!ref.sized) {
         const qsizetype close = vars.indexOf(u'}', afterName);
-        return (close < 0 ? vars.mid(afterName) : vars.mid(afterName, close - afterName)).toString();
+        return {close < 0 ? vars.mid(afterName) : vars.mid(afterName, close - afterName)};
     }
     const QStringView head = vars.mid(afterName, qMin<qsizetype>(10, vars.size() - afterName));
     QChar type = u'S';
-    double length = LeadingNumber(head);
-    if (length == 0 && !head.isEmpty()) {
+    qsizetype length = 0;
+    if (startsNumber(head)) {
+        const double number = LeadingNumber(head);
+        if (number == 0) {
+            type = head[0];
+            length = lengthOf(head.mid(1));
+        } else {
+            length = toLength(number);
+        }
+    } else if (!head.isEmpty()) { // a type letter: the number cannot begin before it
         type = head[0];
-        length = LeadingNumber(head.mid(1));
+        length = lengthOf(head.mid(1));
     }
     const qsizetype equals = indexOfNear(vars, u'=', afterName);
     if (equals < 0)
-        return QString();
+        return {};
     const qsizetype start = equals + 1;
-    const QStringView text = vars.mid(start, qMin(toLength(length), vars.size() - start));
-    if (type == u'N')
-        return LeadingNumber(text);
-    if (type == u'D') {
-        const QDateTime when = ParseTagDate(text);
+    return {vars.mid(start, qMin(length, vars.size() - start)), type};
+}
+
+QVariant ReadEntry(QStringView vars, const EntryRef &ref)
+{
+    if (!ref.found())
+        return {};
+    const EntryText entry = ReadEntryText(vars, ref);
+    if (entry.type == u'N')
+        return LeadingNumber(entry.text);
+    if (entry.type == u'D') {
+        const QDateTime when = ParseTagDate(entry.text);
         return when.isValid() ? QVariant(when) : QVariant();
     }
-    return text.toString();
+    return entry.text.toString();
 }
 
 QString NameAtIndex(QStringView vars, int index, bool *found)

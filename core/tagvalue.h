@@ -47,6 +47,13 @@ struct EntryRef {
 };
 // The linear search GetVar uses.
 EntryRef FindEntry(QStringView vars, QStringView name);
+// The value of the entry at ref as it stands in vars, with the type letter that converts it:
+// "S" for a plain entry, and "S" with no text for a sized entry that has no "=".
+struct EntryText {
+    QStringView text;
+    QChar type = u'S';
+};
+EntryText ReadEntryText(QStringView vars, const EntryRef &ref);
 // Reads and converts the value of an entry found at ref.
 QVariant ReadEntry(QStringView vars, const EntryRef &ref);
 // The name of the index-th top-level entry, as reading by number finds it.

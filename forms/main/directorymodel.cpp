@@ -24,9 +24,10 @@ const QString nameTag = u"Name"_s;
 const QString typeTag = u"Type"_s;
 const QString deptTag = u"Dept"_s;
 
-DirectoryEntry entryFromRow(const QString &row)
+DirectoryEntry entryFromRow(QStringView row)
 {
-    // Read as GetVar reads them, from one pass over the row instead of six case-blind searches.
+    // Read as GetVar reads them, from one pass over the row instead of six case-blind searches;
+    // the row is read where it stands in the reply.
     const TagReader fields(row);
     DirectoryEntry entry;
     entry.id = fields.text(idTag);
@@ -133,9 +134,9 @@ void DirectoryModel::fill(const QString &reply)
 {
     QList<DirectoryEntry> entries;
     Guard(u"  @  frmMain.DataArrived"_s, [&] {
-        const QStringList rows = ReadList(reply);
+        const ListRows rows(reply);
         entries.reserve(rows.size());
-        for (const QString &row : rows) {
+        for (const QStringView row : rows) {
             DirectoryEntry entry = entryFromRow(row);
             if (entry.id.isEmpty()) {
                 qCWarning(lcDirectory) << "device row without Id left out:" << row.left(200);

@@ -11,6 +11,7 @@
 #include <QTemporaryDir>
 #include <QTest>
 
+#include <cmath>
 #include <limits>
 
 using namespace Qt::StringLiterals;
@@ -155,24 +156,9 @@ QString shortened(const QString &text)
     return text.size() <= 300 ? text : text.left(300) + u"..."_s;
 }
 
-// Compares every named read and every read by number of the reader with GetVar's.
-void compareWithGetVar(const QString &vars, const QStringList &names)
+// Compares the reader's reads by number with GetVar's.
+void compareByNumber(const TagReader &reader, const QString &vars, const QString &how)
 {
-    const TagReader reader(vars);
-    const QVariant fallback = u"<none>"_s;
-    for (const QString &name : names) {
-        const QVariant expected = GetVar(vars, name, fallback);
-        const QVariant actual = reader.value(name, fallback);
-        const TagValue::EntryRef expectedRef = TagValue::FindEntry(vars, name);
-        const TagValue::EntryRef actualRef = reader.find(name);
-        if (actual != expected || actualRef.brace != expectedRef.brace ||
-            actualRef.sized != expectedRef.sized)
-            QFAIL(qPrintable(u"name \"%1\": reader gave \"%2\" at %3, GetVar \"%4\" at %5 in %6"_s.arg(
-                name, actual.toString(), QString::number(actualRef.brace), expected.toString(),
-                QString::number(expectedRef.brace), shortened(vars))));
-        if (reader.text(name) != GetText(vars, name))
-            QFAIL(qPrintable(u"text of \"%1\" differs in %2"_s.arg(name, shortened(vars))));
-    }
     const int topLevel = int(SplitEntries(vars).size());
     QList<int> indexes = {std::numeric_limits<int>::min(), -1, 0};
     for (int index = 1; index <= topLevel + 2; ++index)
@@ -183,10 +169,57 @@ void compareWithGetVar(const QString &vars, const QStringList &names)
         const QVariant expected = GetVar(vars, index, &expectedName);
         const QVariant actual = reader.value(index, &actualName);
         if (actual != expected || actualName != expectedName)
-            QFAIL(qPrintable(u"by number %1: reader gave %2 \"%3\", GetVar %4 \"%5\" in %6"_s.arg(
-                QString::number(index), actualName, actual.toString(), expectedName, expected.toString(),
+            QFAIL(qPrintable(u"%1, by number %2: reader gave %3 \"%4\", GetVar %5 \"%6\" in %7"_s.arg(
+                how, QString::number(index), actualName, actual.toString(), expectedName, expected.toString(),
                 shortened(vars))));
     }
+}
+
+bool sameNumber(double left, double right)
+{
+    return left == right || (std::isnan(left) && std::isnan(right));
+}
+
+// Text around a string read through a view: entries a reader that strays past either end of its
+// view would find, and a "}" that would cut short a plain value running to the end.
+const QString beforeView = u"{Id(S3)=out}{Name=out}{N(N1)=9}{"_s;
+const QString afterView = u"}{Id(S3)=out}{Ext=out}{List1(S3)=out}"_s;
+
+// Compares every read of the reader with GetVar's, for a reader of the string and for one that
+// reads it in place inside a longer text.
+void compareWithGetVar(const QString &vars, const QStringList &names)
+{
+    const QString padded = beforeView + vars + afterView;
+    const TagReader reader(vars);
+    const TagReader inPlace(QStringView(padded).mid(beforeView.size(), vars.size()));
+    const QVariant fallback = u"<none>"_s;
+    for (const QString &name : names) {
+        const QVariant expected = GetVar(vars, name, fallback);
+        const TagValue::EntryRef expectedRef = TagValue::FindEntry(vars, name);
+        const QString expectedText = GetText(vars, name);
+        const QString expectedOrDefault = GetText(vars, name, u"<none>"_s);
+        const double expectedNumber = GetVar(vars, name).toDouble();
+        for (const TagReader *read : {&reader, &inPlace}) {
+            const QString how = read == &inPlace ? u"read in place"_s : u"read"_s;
+            const QVariant actual = read->value(name, fallback);
+            const TagValue::EntryRef actualRef = read->find(name);
+            if (actual != expected || actualRef.brace != expectedRef.brace ||
+                actualRef.sized != expectedRef.sized)
+                QFAIL(
+                    qPrintable(u"%1, name \"%2\": reader gave \"%3\" at %4, GetVar \"%5\" at %6 in %7"_s.arg(
+                        how, name, actual.toString(), QString::number(actualRef.brace), expected.toString(),
+                        QString::number(expectedRef.brace), shortened(vars))));
+            if (read->text(name) != expectedText || read->text(name, u"<none>"_s) != expectedOrDefault)
+                QFAIL(qPrintable(u"%1: text of \"%2\" differs in %3"_s.arg(how, name, shortened(vars))));
+            if (!sameNumber(read->number(name), expectedNumber))
+                QFAIL(qPrintable(u"%1: number of \"%2\" is %3, GetVar's %4 in %5"_s.arg(
+                    how, name, QString::number(read->number(name)), QString::number(expectedNumber),
+                    shortened(vars))));
+        }
+    }
+    compareByNumber(reader, vars, u"read"_s);
+    if (!QTest::currentTestFailed())
+        compareByNumber(inPlace, vars, u"read in place"_s);
 }
 
 QStringList literalListLoop(const QString &reply)
@@ -196,6 +229,14 @@ QStringList literalListLoop(const QString &reply)
     for (int i = 1; i <= count; ++i)
         rows << GetText(reply, u"List"_s + QString::number(i));
     return rows;
+}
+
+QStringList rowsInPlace(const ListRows &rows)
+{
+    QStringList list;
+    for (const QStringView row : rows)
+        list << row.toString();
+    return list;
 }
 
 } // namespace
@@ -235,6 +276,78 @@ private slots:
         QCOMPARE(typed.value(u"g"), QVariant(u"2"_s));
         Generator generator(1);
         compareWithGetVar(deviceDefault, namesToRead(deviceDefault, generator));
+    }
+
+    void readsLengthsAndNumbersByTheirRules()
+    {
+        // What stands between "(" and ")=" gives the type and the length; a value is taken by its
+        // length from the first "=" on. Each answer holds for GetVar and for the reader alike.
+        const QDateTime when(QDate(2024, 5, 6), QTime(7, 8, 9));
+        const QList<std::pair<QString, QVariant>> cases = {
+            {u"{A(S3)=abcd}"_s, u"abc"_s},
+            {u"{A(3)=abcd}"_s, u"abc"_s},                          // no type letter: text
+            {u"{A(S 3)=abcd}"_s, u"abc"_s},                        // blanks before the digits
+            {u"{A(S0012)=abcdefghijklmnop}"_s, u"abcdefghijkl"_s}, // leading zeros
+            {u"{A(S2.5)=abcd}"_s, u"ab"_s},                        // halves round to even
+            {u"{A(S3.5)=abcde}"_s, u"abcd"_s},
+            {u"{A(S1e1)=abcdefghijkl}"_s, u"abcdefghij"_s},
+            {u"{A(S1e)=ab}"_s, u"a"_s}, // an exponent without digits is no exponent
+            {u"{A(S-1)=ab}"_s, u""_s},
+            {u"{A(S99)=ab}"_s, u"ab}"_s},  // past the end: what there is
+            {u"{A(X3)=abcd}"_s, u"abc"_s}, // an unknown letter reads as text
+            {u"{A(0N2)=12}"_s, u""_s},     // "0" is the letter, and no length follows it
+            {u"{A(S3}"_s, QString()},      // no "=": empty text
+            {u"{A(N2)=12}"_s, 12.0},
+            {u"{A(N5)= -1.5x}"_s, -1.5},
+            {u"{A(N3)=1e3}"_s, 1000.0},
+            {u"{A(N2)=1e}"_s, 1.0},
+            {u"{A(N3)=abc}"_s, 0.0},
+            {u"{A(N1)=5}{A=7}"_s, 5.0},
+            {u"{A(D19)=2024-05-06T07:08:09}"_s, when},
+            {u"{A(D3)=abc}"_s, QVariant()}, // no date: nothing
+        };
+        for (const auto &[vars, expected] : cases) {
+            QCOMPARE(GetVar(vars, u"A"_s), expected);
+            QCOMPARE(TagReader(vars).value(u"a"), expected);
+            QCOMPARE(TagReader(vars).text(u"a"), GetText(vars, u"A"_s));
+            QCOMPARE(TagReader(vars).number(u"a"), GetVar(vars, u"A"_s).toDouble());
+        }
+
+        // Numbers read as text take their shortest decimal form, whatever form they were sent in.
+        const QList<std::pair<QString, QString>> texts = {{u"0"_s, u"0"_s},
+                                                          {u"7"_s, u"7"_s},
+                                                          {u"0012"_s, u"12"_s},
+                                                          {u"5.0"_s, u"5"_s},
+                                                          {u"1000"_s, u"1000"_s},
+                                                          {u"100000"_s, u"1e+05"_s},
+                                                          {u"123456"_s, u"123456"_s},
+                                                          {u" 42x"_s, u"42"_s},
+                                                          {u"+5"_s, u"5"_s},
+                                                          {u"12.50"_s, u"12.5"_s},
+                                                          {u"1e3"_s, u"1000"_s},
+                                                          {u"abc"_s, u"0"_s},
+                                                          {u"123456789012345"_s, u"123456789012345"_s}};
+        for (const auto &[sent, shown] : texts) {
+            QString vars;
+            AddVar(vars, u"Id"_s, sent);
+            vars.replace(u"(S"_s, u"(N"_s); // sent as a number
+            QCOMPARE(GetText(vars, u"Id"_s), shown);
+            QCOMPARE(TagReader(vars).text(u"id"), shown);
+        }
+        for (const QString &sent : {u"10000"_s, u"1200000"_s, u"1234567890123456"_s, u"-0"_s, u"9990"_s,
+                                    u"1000000000000000"_s, u"100000000000000"_s, u"0.000001"_s}) {
+            const QString vars = u"{Id(N%1)=%2}"_s.arg(sent.size()).arg(sent);
+            QCOMPARE(TagReader(vars).text(u"Id"), GetText(vars, u"Id"_s));
+        }
+
+        // Read as numbers, text converts as a QVariant converts it: all of it or nothing.
+        const TagReader numbers(u"{A(S4)=12.5}{B(S3)=12x}{C=7}{D(D19)=2024-05-06T07:08:09}{E(N2)=3x}"_s);
+        QCOMPARE(numbers.number(u"a"), 12.5);
+        QCOMPARE(numbers.number(u"b"), 0.0);
+        QCOMPARE(numbers.number(u"c"), 7.0);
+        QCOMPARE(numbers.number(u"d"), 0.0);
+        QCOMPARE(numbers.number(u"e"), 3.0);
+        QCOMPARE(numbers.number(u"missing"), 0.0);
     }
 
     void foldsCaseLikeTheTextualSearch()
@@ -336,6 +449,52 @@ private slots:
         }
         QCOMPARE(ReadList(shuffled), literalListLoop(shuffled));
         QCOMPARE(ReadList(shuffled).at(40), u"note"_s);
+    }
+
+    void listRowsAreReadInPlace()
+    {
+        // Rows sent as numbers or dates, in other case, as plain entries outdone by a sized one
+        // later on, or first met nested in an earlier row read as the literal loop reads them.
+        const QString reply =
+            u"{ListCount=8}{List1(N3)=1.0}{LIST2(S1)=b}{List3=plain}{List4(D19)=2024-05-06T07:08:09}"
+            "{List01(S1)=x}{List5(S13)={List6(S1)=n}}{List6(S1)=f}{X(S13)={List3(S1)=s}}"
+            "{L\u0130ST7(S1)=g}{List8(S3)=end}{List8(S3)=two}{LISTCOUNT=2}"_s;
+        const ListRows rows(reply);
+        QCOMPARE(rowsInPlace(rows), literalListLoop(reply));
+        QCOMPARE(rows.toList(), literalListLoop(reply));
+        QCOMPARE(rows.size(), 8);
+        QCOMPARE(rowsInPlace(rows).first(6),
+                 (QStringList{u"1"_s, u"b"_s, u"s"_s, u"2024-05-06T07:08:09"_s, u"{List6(S1)=n}"_s, u"n"_s}));
+        QCOMPARE(rows.at(7), u"end"_s);
+
+        // The rows stay readable whatever becomes of the caller's string.
+        QString changing = u"{ListCount(N1)=2}{List1(S3)=one}{List2(N3)=007}"_s;
+        const ListRows kept(changing);
+        changing.replace(u"one"_s, u"ONE"_s);
+        changing = QString();
+        QCOMPARE(rowsInPlace(kept), (QStringList{u"one"_s, u"7"_s}));
+        QCOMPARE(TagReader(kept.at(0)).text(u"x", u"none"_s), u"none"_s);
+
+        // Rows far out of order (the last first) and a plain row met before the sized one.
+        QString reversed = u"{Ref(S9)=MAIN-EXTS}{ListCount(N4)=1500}{List1499=early}"_s;
+        for (int i = 1500; i >= 1; --i) {
+            QString row;
+            AddVar(row, u"Id"_s, i);
+            QString entry;
+            AddVar(entry, u"List"_s + QString::number(i), row);
+            reversed += entry;
+        }
+        reversed += u"{List1501(S1)=z}{List2000=y}"_s;
+        const QStringList expected = literalListLoop(reversed);
+        QCOMPARE(rowsInPlace(ListRows(reversed)), expected);
+        QCOMPARE(expected.at(1498), u"{Id(N4)=1499}"_s);
+        QCOMPARE(expected.size(), 1500);
+
+        // A count far beyond the braces of the reply gives one empty row per brace at most.
+        const ListRows damaged(u"{ListCount(N7)=9999999}{List1(S1)=a}"_s + QString(5000, u'{'));
+        QCOMPARE(damaged.size(), 5002);
+        QCOMPARE(damaged.at(0), u"a"_s);
+        QVERIFY(damaged.at(5001).isEmpty());
     }
 
     void pathologicalStringsStayCheap()
