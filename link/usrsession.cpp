@@ -103,6 +103,7 @@ public:
     void onReady(const QString &frame);
     void onServerLogout(const QString &frame);
     void onConnectionLost();
+    void onLogInTimeout();
     void retry();
     void endWithLogout(const QString &frame);
     void send(const QString &frame);
@@ -112,6 +113,7 @@ public:
     usrSession *q;
     QWebSocket socket;
     QTimer reconnectTimer;
+    QTimer logInTimer; // from connecting until READY
     State state = State::Idle;
     SessionCredentials credentials;
     bool typedByUser = false;  // the credentials came from the prompt: remember server and user
@@ -137,6 +139,9 @@ usrSession::usrSession(QObject *parent) : QObject(parent), d(std::make_unique<Pr
     d->socket.setMaxAllowedIncomingMessageSize(MaxFrameBytes);
     d->reconnectTimer.setSingleShot(true);
     connect(&d->reconnectTimer, &QTimer::timeout, this, [this] { d->retry(); });
+    d->logInTimer.setSingleShot(true);
+    d->logInTimer.setInterval(20000);
+    connect(&d->logInTimer, &QTimer::timeout, this, [this] { d->onLogInTimeout(); });
     connect(&d->socket, &QWebSocket::connected, this, [this] { d->onConnected(); });
     connect(&d->socket, &QWebSocket::disconnected, this, [this] { d->onConnectionLost(); });
     connect(&d->socket, &QWebSocket::textMessageReceived, this, [this](const QString &frame) { d->onFrame(frame); });
@@ -193,6 +198,7 @@ void usrSession::CloseSession()
 {
     d->expectClose = true;
     d->reconnectTimer.stop();
+    d->logInTimer.stop();
     d->pending.clear();
     if (d->socket.state() != QAbstractSocket::UnconnectedState) {
         // The last writes (the main window's OK) must leave before the program ends.
@@ -259,6 +265,11 @@ void usrSession::setReconnectTiming(int firstDelayMs, int maxDelayMs, int attemp
     d->maxDelayMs = qMax(d->firstDelayMs, maxDelayMs);
     d->attemptsBeforeAsking = attemptsBeforeAsking;
     d->nextDelayMs = d->firstDelayMs;
+}
+
+void usrSession::setLogInTimeout(int milliseconds)
+{
+    d->logInTimer.setInterval(qMax(1, milliseconds));
 }
 
 bool usrSession::setCaCertificateFile(const QString &path, QString *error)
@@ -363,6 +374,7 @@ void usrSession::Private::connectNow()
         socket.setSslConfiguration(configuration);
     }
 #endif
+    logInTimer.start();
     socket.open(QNetworkRequest(credentials.server));
 }
 
@@ -400,6 +412,7 @@ void usrSession::Private::onFrame(const QString &frame)
 
 void usrSession::Private::onReady(const QString &frame)
 {
+    logInTimer.stop();
     failedAttempts = 0;
     nextDelayMs = firstDelayMs;
     setState(State::Ready);
@@ -415,6 +428,7 @@ void usrSession::Private::onServerLogout(const QString &frame)
     const QString reason = GetText(frame, u"Reason"_s);
     qCInfo(lcSession) << "server logged the session out:" << reason;
     const bool rejectedAtLogIn = state == State::LoggingIn;
+    logInTimer.stop();
     expectClose = true;
     attemptLive = false;
     socket.abort();
@@ -433,6 +447,7 @@ void usrSession::Private::onConnectionLost()
     if (!attemptLive)
         return;
     attemptLive = false;
+    logInTimer.stop();
     if (expectClose || state == State::Closed)
         return;
     if (lastFailure.isEmpty())
@@ -442,6 +457,16 @@ void usrSession::Private::onConnectionLost()
     setState(State::Reconnecting);
     reconnectTimer.start(nextDelayMs);
     nextDelayMs = qMin(nextDelayMs * 2, maxDelayMs);
+}
+
+void usrSession::Private::onLogInTimeout()
+{
+    if (!attemptLive || state == State::Ready)
+        return;
+    qCInfo(lcSession) << "no answer from" << credentials.server.toDisplayString() << "in time";
+    lastFailure = u"The server did not answer in time."_s;
+    socket.abort();
+    onConnectionLost(); // does nothing when the abort has already reported the loss
 }
 
 void usrSession::Private::retry()
@@ -464,6 +489,7 @@ void usrSession::Private::endWithLogout(const QString &frame)
     expectClose = true;
     attemptLive = false;
     reconnectTimer.stop();
+    logInTimer.stop();
     pending.clear();
     socket.abort();
     setState(State::Closed);

@@ -81,6 +81,9 @@ public:
     // Reconnect back-off: the first delay doubles after each failed attempt up to maxDelayMs; the
     // keep-trying question is asked after attemptsBeforeAsking failed attempts in a row.
     void setReconnectTiming(int firstDelayMs, int maxDelayMs, int attemptsBeforeAsking);
+    // How long connecting and logging in may take before the attempt counts as failed and the
+    // session tries again (a server that accepts the connection but never answers). Default 20 s.
+    void setLogInTimeout(int milliseconds);
     // Trusts the certificates in this PEM file for wss:// (a server's self-signed certificate).
     // --ca FILE on the command line does the same.
     bool setCaCertificateFile(const QString &path, QString *error = nullptr);

@@ -276,6 +276,25 @@ private slots:
         QCOMPARE(m_session->state(), usrSession::State::Closed);
     }
 
+    void aServerThatNeverAnswersIsTriedAgain()
+    {
+        // It accepts the connection and then says nothing, not even to the WebSocket handshake.
+        QTcpServer silent;
+        QVERIFY(silent.listen(QHostAddress::LocalHost));
+        QList<QTcpSocket *> accepted;
+        connect(&silent, &QTcpServer::newConnection, this, [&] { accepted << silent.nextPendingConnection(); });
+        makeSession(TestServer::password());
+        SessionCredentials credentials = m_session->credentials();
+        credentials.server = QUrl(u"ws://127.0.0.1:%1"_s.arg(silent.serverPort()));
+        m_session->setCredentials(credentials);
+        m_session->setLogInTimeout(150);
+        m_session->StartSession(u"QuillServer Configuration"_s);
+        QTRY_VERIFY_WITH_TIMEOUT(accepted.size() >= 2, 10000);
+        QVERIFY(m_session->state() != usrSession::State::Ready);
+        QCOMPARE(m_log->count(u"LOGOUT"_s), 0);
+        m_session->CloseSession();
+    }
+
     void onlyAFrameThatBeginsWithSessionIsASessionEvent()
     {
         makeSession(TestServer::password());
