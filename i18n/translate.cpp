@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "translate.h"
 
+#include <algorithm>
+
 #include "errorlog.h"
 #include "pluginhost.h"
 
@@ -72,7 +74,8 @@ QString Translate(const QString &text)
 
 QString Translate(const QString &key, const QString &text, const QString &p1, const QString &p2)
 {
-    if (text.trimmed().isEmpty())
+    // Only blanks count as nothing: a tab or a line break is text the caller meant to show.
+    if (std::all_of(text.cbegin(), text.cend(), [](QChar c) { return c == u' '; }))
         return {};
     ITranslator *active = translator();
     if (!active)
