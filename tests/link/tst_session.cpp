@@ -4,8 +4,8 @@
 #include "errorlog.h"
 #include "isolation.h"
 #include "logindialog.h"
+#include "serverprocess.h"
 #include "tagvalue.h"
-#include "testserver.h"
 #include "usrsession.h"
 
 #include <QApplication>
@@ -130,7 +130,7 @@ class SessionTest : public QObject
 {
     Q_OBJECT
     TestIsolation m_scratch;
-    TestServer m_server{false}; // no demo data needed: the session is under test
+    ServerProcess m_server; // no demo data needed: the session is under test
     std::unique_ptr<usrSession> m_session;
     std::unique_ptr<EventLog> m_log;
 
@@ -142,7 +142,7 @@ class SessionTest : public QObject
         m_session->setCredentialsPrompt(PromptForCredentials);
         SessionCredentials credentials;
         credentials.server = m_server.url();
-        credentials.user = TestServer::user();
+        credentials.user = TestAccount::user();
         credentials.password = password;
         m_session->setCredentials(credentials);
     }
@@ -154,8 +154,8 @@ private slots:
         // The session remembers typed servers; that must land in the test settings, not the user's.
         QVERIFY(QSettings(u"Tamsel Telecom Ltd"_s, u"QuillConfig"_s).fileName().contains(u"qttest"_s));
         QSettings(u"Tamsel Telecom Ltd"_s, u"QuillConfig"_s).clear();
-        QString error;
-        QVERIFY2(m_server.start(&error), qPrintable(error));
+        QVERIFY2(m_server.addUser(TestAccount::user(), TestAccount::password()) && m_server.start(),
+                 qPrintable(m_server.log()));
     }
 
     void cleanup()
@@ -166,7 +166,7 @@ private slots:
 
     void logsInAndReportsLoginThenReady()
     {
-        makeSession(TestServer::password());
+        makeSession(TestAccount::password());
         m_session->StartSession(u"QuillServer Configuration"_s, {}, {}, {});
         QTRY_COMPARE(m_session->state(), usrSession::State::Ready);
         QCOMPARE(m_log->events.size(), 2);
@@ -185,7 +185,7 @@ private slots:
     void aWrongPasswordShowsTheDialogAgainWithTheServersReason()
     {
         makeSession(u"not-the-password"_s);
-        DialogAnswers answers({typePassword(u"still-wrong"_s), typePassword(TestServer::password())});
+        DialogAnswers answers({typePassword(u"still-wrong"_s), typePassword(TestAccount::password())});
         m_session->StartSession(u"QuillServer Configuration"_s);
         QTRY_COMPARE_WITH_TIMEOUT(m_session->state(), usrSession::State::Ready, 20000);
         QCOMPARE(answers.reasons.size(), 2);
@@ -196,7 +196,7 @@ private slots:
         // What was typed is remembered for next time, except the password.
         QSettings settings(u"Tamsel Telecom Ltd"_s, u"QuillConfig"_s);
         QCOMPARE(settings.value(u"Session/Server"_s).toString(), m_server.url().toString());
-        QCOMPARE(settings.value(u"Session/User"_s).toString(), TestServer::user());
+        QCOMPARE(settings.value(u"Session/User"_s).toString(), TestAccount::user());
         QVERIFY(!settings.allKeys().join(u' ').contains(u"assword"_s, Qt::CaseInsensitive));
         settings.clear();
     }
@@ -222,7 +222,7 @@ private slots:
 
     void reconnectsAfterTheServerDiesAndSendsWhatWasQueuedInOrder()
     {
-        makeSession(TestServer::password());
+        makeSession(TestAccount::password());
         m_session->StartSession(u"QuillServer Configuration"_s);
         QTRY_COMPARE(m_session->state(), usrSession::State::Ready);
 
@@ -233,8 +233,7 @@ private slots:
         m_session->SendCommand(u"{Cmd=GetField}{Table=System}{Id=PBX}{Field=Options}{Ref=Q-2}"_s);
         m_session->SendCommand(readList(u"Q-3"_s));
 
-        QString error;
-        QVERIFY2(m_server.restart(&error), qPrintable(error));
+        QVERIFY2(m_server.restart(), qPrintable(m_server.log()));
         QTRY_COMPARE_WITH_TIMEOUT(m_log->count(u"READY"_s), 2, 20000);
         QTRY_COMPARE(m_log->replyRefs().size(), 3);
         QCOMPARE(m_log->replyRefs(), (QStringList{u"Q-1"_s, u"Q-2"_s, u"Q-3"_s}));
@@ -246,7 +245,7 @@ private slots:
 
     void givingUpOnAServerThatStaysAwayEndsWithLogout()
     {
-        makeSession(TestServer::password());
+        makeSession(TestAccount::password());
         QStringList asked;
         bool keepTrying = true;
         m_session->setReconnectTiming(10, 40, 3);
@@ -265,8 +264,7 @@ private slots:
         QCOMPARE(m_session->state(), usrSession::State::Closed);
 
         // Ended for good: once the server is back, a new session gets in but this one stays out.
-        QString error;
-        QVERIFY2(m_server.restart(&error), qPrintable(error));
+        QVERIFY2(m_server.restart(), qPrintable(m_server.log()));
         usrSession another;
         SessionCredentials credentials = m_session->credentials();
         another.setCredentials(credentials);
@@ -283,7 +281,7 @@ private slots:
         QVERIFY(silent.listen(QHostAddress::LocalHost));
         QList<QTcpSocket *> accepted;
         connect(&silent, &QTcpServer::newConnection, this, [&] { accepted << silent.nextPendingConnection(); });
-        makeSession(TestServer::password());
+        makeSession(TestAccount::password());
         SessionCredentials credentials = m_session->credentials();
         credentials.server = QUrl(u"ws://127.0.0.1:%1"_s.arg(silent.serverPort()));
         m_session->setCredentials(credentials);
@@ -297,7 +295,7 @@ private slots:
 
     void onlyAFrameThatBeginsWithSessionIsASessionEvent()
     {
-        makeSession(TestServer::password());
+        makeSession(TestAccount::password());
         m_session->StartSession(u"QuillServer Configuration"_s);
         QTRY_COMPARE(m_session->state(), usrSession::State::Ready);
 
@@ -315,27 +313,13 @@ private slots:
         const QString certificate = QFINDTESTDATA("data/tls-cert.pem");
         const QString key = QFINDTESTDATA("data/tls-key.pem");
         QVERIFY(!certificate.isEmpty() && !key.isEmpty());
-        QProcess tlsServer;
-        const quint16 port = [] {
-            QTcpServer probe;
-            probe.listen(QHostAddress::LocalHost, 0);
-            return probe.serverPort();
-        }();
-        tlsServer.start(TestServer::executable(),
-                        {u"--listen"_s, u"127.0.0.1:%1"_s.arg(port), u"--db"_s, m_server.databaseFile(),
-                         u"--tls-cert"_s, certificate, u"--tls-key"_s, key});
-        QVERIFY(tlsServer.waitForStarted());
-        QTRY_VERIFY_WITH_TIMEOUT(
-            [port] {
-                QTcpSocket probe;
-                probe.connectToHost(QHostAddress::LocalHost, port);
-                return probe.waitForConnected(200);
-            }(),
-            20000);
-        const QUrl url(u"wss://127.0.0.1:%1"_s.arg(port));
+        ServerProcess tlsServer(m_server.dbFile());
+        QVERIFY2(tlsServer.start({u"--tls-cert"_s, certificate, u"--tls-key"_s, key}),
+                 qPrintable(tlsServer.log()));
+        const QUrl url = tlsServer.url();
 
         // Trusted through --ca: logs in over TLS.
-        makeSession(TestServer::password());
+        makeSession(TestAccount::password());
         SessionCredentials credentials = m_session->credentials();
         credentials.server = url;
         m_session->setCredentials(credentials);
@@ -355,13 +339,12 @@ private slots:
         QTRY_COMPARE_WITH_TIMEOUT(untrustingLog.count(u"LOGOUT"_s), 1, 20000);
         QCOMPARE(untrustingLog.count(u"READY"_s), 0);
 
-        tlsServer.terminate();
-        QVERIFY(tlsServer.waitForFinished());
+        QVERIFY(tlsServer.stop());
     }
 
     void refusesToSendMoreThanSixteenMebibytes()
     {
-        makeSession(TestServer::password());
+        makeSession(TestAccount::password());
         m_session->StartSession(u"QuillServer Configuration"_s);
         QTRY_COMPARE(m_session->state(), usrSession::State::Ready);
 

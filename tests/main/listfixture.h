@@ -7,9 +7,9 @@
 #include "errorlog.h"
 #include "propertywindows.h"
 #include "serverlink.h"
+#include "serverprocess.h"
 #include "tagreader.h"
 #include "tagvalue.h"
-#include "testserver.h"
 #include "translatewidgets.h"
 #include "usrsession.h"
 
@@ -89,8 +89,11 @@ public:
 
     bool start(QString *error)
     {
-        if (!m_server.start(error))
+        if (!m_server.addUser(TestAccount::user(), TestAccount::password()) ||
+            !m_server.start({u"--seed-demo"_s})) {
+            *error = m_server.log();
             return false;
+        }
         if (!relay.listen(m_server.url())) {
             *error = u"relay could not listen"_s;
             return false;
@@ -103,10 +106,10 @@ public:
                         link.HandleCallback(data);
                 });
         link.setReceiver(u"MAIN"_s, this);
-        session.setCredentials({relay.url(), TestServer::user(), TestServer::password(), {}});
+        session.setCredentials({relay.url(), TestAccount::user(), TestAccount::password(), {}});
         session.StartSession(u"QuillServer Configuration"_s);
         if (!QTest::qWaitFor([this] { return m_ready; }, 20000)) {
-            *error = u"no READY from the session: "_s + m_server.serverLog();
+            *error = u"no READY from the session: "_s + m_server.log();
             return false;
         }
         return true;
@@ -174,7 +177,7 @@ public:
 
 private:
     QTemporaryDir m_logDir;
-    TestServer m_server;
+    ServerProcess m_server;
     bool m_ready = false;
     QHash<QString, int> m_replies;
     QHash<QString, QString> m_last;

@@ -35,7 +35,7 @@ struct Tool
 
     explicit Tool(const QUrl &server)
     {
-        session.setCredentials({server, TestServer::user(), TestServer::password(), {}});
+        session.setCredentials({server, TestAccount::user(), TestAccount::password(), {}});
         session.StartSession(Startup::ApplicationTitle(u"QuillServer"_s));
     }
     bool waitLoaded()
@@ -61,7 +61,7 @@ public:
                              else if (kind == u"MESSAGE"_s)
                                  m_replies.insert(GetText(data, u"Ref"_s).toUpper(), data);
                          });
-        m_session.setCredentials({server, TestServer::user(), TestServer::password(), {}});
+        m_session.setCredentials({server, TestAccount::user(), TestAccount::password(), {}});
         m_session.StartSession(u"Probe"_s);
     }
     ~Probe() { m_session.CloseSession(); }
@@ -147,7 +147,7 @@ private slots:
 
 private:
     QTemporaryDir m_dir;
-    TestServer m_server;
+    ServerProcess m_server;
     RecordingRelay m_relay;
 };
 
@@ -156,8 +156,9 @@ void MainWindowTest::initTestCase()
     QStandardPaths::setTestModeEnabled(true);
     QVERIFY(m_dir.isValid());
     ErrorLog::SetPath(m_dir.filePath(u"tamsel.log"_s));
-    QString error;
-    QVERIFY2(m_server.start(&error), qPrintable(error));
+    QVERIFY2(m_server.addUser(TestAccount::user(), TestAccount::password()) &&
+                 m_server.start({u"--seed-demo"_s}),
+             qPrintable(m_server.log()));
     QVERIFY(m_relay.listen(m_server.url()));
 }
 
@@ -430,8 +431,7 @@ void MainWindowTest::okStoresTheSettingsInOrderAndTheyOutliveARestart()
     QCOMPARE(GetText(features, u"Pickup"_s), u"*88"_s);
 
     // After a restart the server gives back what was stored, and a new window shows it.
-    QString error;
-    QVERIFY2(m_server.restart(&error), qPrintable(error));
+    QVERIFY2(m_server.restart(), qPrintable(m_server.log()));
     {
         Probe after(m_server.url());
         QVERIFY(after.ready());

@@ -1,54 +1,16 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Test helpers: quillserverd started on a free loopback port with a temporary database, and a raw
-// WebSocket client that sends frames and collects what comes back.
+// Test helpers: quillserverd as a process (serverprocess.h), and a raw WebSocket client that sends
+// frames and collects what comes back.
 #pragma once
 
+#include "serverprocess.h"
+
 #include <QObject>
-#include <QProcess>
 #include <QStringList>
-#include <QTemporaryDir>
 #include <QUrl>
 #include <QWebSocket>
 
 #include <optional>
-
-// One quillserverd process. The database lives in a temporary folder unless a file is given.
-class ServerProcess
-{
-public:
-    explicit ServerProcess(const QString &dbFile = {});
-    ~ServerProcess();
-
-    static QString Executable();
-
-    // quillserverd --add-user NAME, the password on stdin.
-    bool addUser(const QString &name, const QString &password);
-    // Starts the server on 127.0.0.1 (a free port) and waits until it listens.
-    bool start(const QStringList &extraArguments = {});
-    // SIGTERM and wait; true when the process ended by itself with status 0.
-    bool stop();
-    // SIGKILL: the process gets no chance to tidy up.
-    void kill();
-    bool isRunning() const;
-
-    QUrl url() const { return m_url; }
-    QString dbFile() const { return m_db; }
-    // Everything the process has written to stderr so far.
-    QString log();
-    // Lines of the log that record a refusal.
-    int refusalLines();
-
-    // Runs quillserverd with arguments to completion; gives its exit code (-1 when it would not run).
-    static int RunToEnd(const QStringList &arguments, const QByteArray &stdinText = {},
-                        QString *output = nullptr);
-
-private:
-    QTemporaryDir m_dir;
-    QString m_db;
-    QProcess m_process;
-    QByteArray m_stderr;
-    QUrl m_url;
-};
 
 // A WebSocket client that keeps every text frame it receives, in order.
 class RawClient : public QObject
