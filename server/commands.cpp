@@ -340,7 +340,7 @@ CommandOutcome CommandProcessor::Run::execute()
         abRebuild();
     else
         (this->*handler)();
-    if (m_failed || !m_store.commit()) {
+    if (m_failed || m_store.readFailed() || !m_store.commit()) {
         m_store.rollback();
         storageFailed();
         m_reply.clear();

@@ -214,6 +214,16 @@ bool Store::fail(const QSqlQuery &query)
     return false;
 }
 
+bool Store::read(QSqlQuery &query)
+{
+    if (query.exec())
+        return true;
+    // A read that failed must not pass for "no such record": the command is refused instead, so
+    // that a window never loads defaults over what is really stored.
+    m_readFailed = true;
+    return fail(query);
+}
+
 QSqlQuery &Store::prepared(int slot, const QString &statement)
 {
     if (!m_queries[slot]) {
@@ -226,6 +236,7 @@ QSqlQuery &Store::prepared(int slot, const QString &statement)
 
 bool Store::begin()
 {
+    m_readFailed = false;
     if (!database().transaction()) {
         m_error = database().lastError().text();
         return false;
@@ -253,7 +264,7 @@ QList<qint64> Store::ids(Table table)
     QSqlQuery &query = prepared(SelectIds, u"SELECT id FROM record WHERE tbl = ? ORDER BY id"_s);
     query.bindValue(0, int(table));
     QList<qint64> result;
-    if (!query.exec())
+    if (!read(query))
         return result;
     while (query.next())
         result.append(query.value(0).toLongLong());
@@ -266,7 +277,7 @@ bool Store::exists(Table table, qint64 id)
     QSqlQuery &query = prepared(SelectExists, u"SELECT 1 FROM record WHERE tbl = ? AND id = ?"_s);
     query.bindValue(0, int(table));
     query.bindValue(1, id);
-    const bool found = query.exec() && query.next();
+    const bool found = read(query) && query.next();
     query.finish();
     return found;
 }
@@ -341,7 +352,7 @@ QList<StoredField> Store::fields(Table table, qint64 id)
     query.bindValue(0, int(table));
     query.bindValue(1, id);
     QList<StoredField> result;
-    if (!query.exec())
+    if (!read(query))
         return result;
     while (query.next()) {
         const QString type = query.value(1).toString();
@@ -360,7 +371,7 @@ StoredField Store::field(Table table, qint64 id, QStringView name)
     query.bindValue(1, FieldKey(name));
     query.bindValue(2, id);
     StoredField result;
-    if (query.exec() && query.next()) {
+    if (read(query) && query.next()) {
         const QString type = query.value(1).toString();
         result = {query.value(0).toString(), type.isEmpty() ? u'S' : type.at(0), query.value(2).toString()};
     }
@@ -397,7 +408,7 @@ QList<StoredField> Store::column(Table table, QStringView name, const QList<qint
         prepared(SelectColumn, u"SELECT id, type, value FROM field WHERE tbl = ? AND fkey = ? ORDER BY id"_s);
     query.bindValue(0, int(table));
     query.bindValue(1, FieldKey(name));
-    if (!query.exec())
+    if (!read(query))
         return result;
     // Every value of the column carries the name as asked (one shared string), not as stored.
     const QString asked = name.toString();
@@ -425,7 +436,7 @@ std::optional<qint64> Store::deviceByExt(const QString &number)
         u"SELECT id FROM field WHERE tbl = 1 AND fkey = 'ext' AND value = ? COLLATE NOCASE ORDER BY id LIMIT 1"_s);
     query.bindValue(0, number.trimmed());
     std::optional<qint64> result;
-    if (query.exec() && query.next())
+    if (read(query) && query.next())
         result = query.value(0).toLongLong();
     query.finish();
     return result;

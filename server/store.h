@@ -52,6 +52,8 @@ public:
 
     bool begin();
     bool commit();
+    // A read inside the current transaction failed (set by begin()'s command's reads).
+    bool readFailed() const { return m_readFailed; }
     void rollback();
 
     // The record ids of a table, ascending.
@@ -90,10 +92,12 @@ private:
     bool createSchema();
     bool exec(const QString &statement);
     bool fail(const QSqlQuery &query);
+    bool read(QSqlQuery &query); // exec() that marks the command's reads as failed
     QSqlQuery &prepared(int slot, const QString &statement);
 
     QString m_connection;
     QString m_error;
+    bool m_readFailed = false;
     QList<QSqlQuery *> m_queries;
 };
 

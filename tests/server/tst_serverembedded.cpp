@@ -7,6 +7,9 @@
 
 #include <QLoggingCategory>
 #include <QSignalSpy>
+#include <QSqlDatabase>
+#include <QSqlError>
+#include <QSqlQuery>
 #include <QTest>
 #include <QThread>
 
@@ -92,10 +95,25 @@ void tst_ServerEmbedded::refusalsAreCountedAndLeaveDataAlone()
     QCOMPARE(GetText(GetText(list, u"List1"_s), u"Name"_s), u"Two"_s);
     QCOMPARE(server.refusalCount(), 2);
 
+    // A read the storage cannot do answers nothing, rather than a record with no fields that a
+    // window would fill with defaults and save back.
+    {
+        QSqlDatabase other = QSqlDatabase::addDatabase(u"QSQLITE"_s, u"saboteur"_s);
+        other.setDatabaseName(dir.filePath(u"db.sqlite"_s));
+        QVERIFY(other.open());
+        QSqlQuery drop(other);
+        QVERIFY2(drop.exec(u"DROP INDEX field_by_record"_s), qPrintable(drop.lastError().text()));
+        other.close();
+    }
+    QCOMPARE(server.execute(u"{Cmd=GetFields}{Table=Scripts}{Fields=Name}{Ref=SCRIPTS-SCRIPT}{Id=2}"_s), QString());
+    QCOMPARE(refusals.count(), 3);
+    QVERIFY(refusals.at(2).at(0).toString().contains(u"storage"_s));
+    QSqlDatabase::removeDatabase(u"saboteur"_s);
+
     // A closed server answers nothing and refuses.
     server.close();
     QCOMPARE(server.execute(u"{Cmd=Ping}"_s), QString());
-    QCOMPARE(refusals.count(), 3);
+    QCOMPARE(refusals.count(), 4);
 }
 
 void tst_ServerEmbedded::instancesInTwoThreadsKeepTheirOwnData()
