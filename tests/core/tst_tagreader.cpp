@@ -5,10 +5,9 @@
 #include "tagvalue.h"
 
 #include "errorlog.h"
+#include "isolation.h"
 
 #include <QRandomGenerator>
-#include <QStandardPaths>
-#include <QTemporaryDir>
 #include <QTest>
 
 #include <cmath>
@@ -248,9 +247,7 @@ class TestTagReader : public QObject
 private slots:
     void initTestCase()
     {
-        QStandardPaths::setTestModeEnabled(true);
-        QVERIFY(m_logDir.isValid());
-        ErrorLog::SetPath(m_logDir.filePath(u"tamsel.log"_s));
+        QVERIFY(m_scratch.enter());
     }
 
     void readsTheDeviceDefaultRecordLikeGetVar()
@@ -520,7 +517,7 @@ private slots:
     }
 
 private:
-    QTemporaryDir m_logDir;
+    TestIsolation m_scratch;
 };
 
 QTEST_GUILESS_MAIN(TestTagReader)

@@ -5,6 +5,7 @@
 #pragma once
 
 #include "errorlog.h"
+#include "isolation.h"
 #include "propertywindows.h"
 #include "serverlink.h"
 #include "serverprocess.h"
@@ -14,8 +15,6 @@
 #include "usrsession.h"
 
 #include <QHash>
-#include <QStandardPaths>
-#include <QTemporaryDir>
 #include <QTest>
 #include <QWebSocket>
 #include <QWebSocketServer>
@@ -82,8 +81,7 @@ class ListFixture : public QObject, public IDataReceiver
 public:
     ListFixture()
     {
-        QStandardPaths::setTestModeEnabled(true);
-        ErrorLog::SetPath(m_logDir.filePath(u"tamsel.log"_s));
+        m_scratch.enter();
     }
     ~ListFixture() override { session.CloseSession(); }
 
@@ -176,7 +174,7 @@ public:
     std::function<void(const QString &subRef, const QString &message)> onReply;
 
 private:
-    QTemporaryDir m_logDir;
+    TestIsolation m_scratch;
     ServerProcess m_server;
     bool m_ready = false;
     QHash<QString, int> m_replies;

@@ -2,6 +2,7 @@
 // The Errors window: the end of the error log, "&Clear", and opening it from the main window.
 #include "Errors.h"
 #include "errorlog.h"
+#include "isolation.h"
 #include "frmMain.h"
 #include "serverlink.h"
 #include "tagvalue.h"
@@ -11,8 +12,6 @@
 #include <QLineEdit>
 #include <QPlainTextEdit>
 #include <QPushButton>
-#include <QStandardPaths>
-#include <QTemporaryDir>
 #include <QTest>
 
 using namespace Qt::StringLiterals;
@@ -24,9 +23,7 @@ class ErrorsTest : public QObject
 private slots:
     void initTestCase()
     {
-        QStandardPaths::setTestModeEnabled(true);
-        QVERIFY(m_dir.isValid());
-        ErrorLog::SetPath(m_dir.filePath(u"tamsel.log"_s));
+        QVERIFY(m_scratch.enter());
     }
 
     void init() { ErrorLog::Clear(); }
@@ -90,7 +87,7 @@ private slots:
     }
 
 private:
-    QTemporaryDir m_dir;
+    TestIsolation m_scratch;
 };
 
 QTEST_MAIN(ErrorsTest)

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // The main window against quillserverd with the demo site: filling every page, pages and tips,
 // saving the settings on OK (and keeping them over a server restart), Cancel, LOGOUT, pictures.
+#include "isolation.h"
 #include "directorypage.h"
 #include "featurespage.h"
 #include "frmMain.h"
@@ -146,16 +147,14 @@ private slots:
     void picturesOfEveryPage();
 
 private:
-    QTemporaryDir m_dir;
+    TestIsolation m_scratch;
     ServerProcess m_server;
     RecordingRelay m_relay;
 };
 
 void MainWindowTest::initTestCase()
 {
-    QStandardPaths::setTestModeEnabled(true);
-    QVERIFY(m_dir.isValid());
-    ErrorLog::SetPath(m_dir.filePath(u"tamsel.log"_s));
+    QVERIFY(m_scratch.enter());
     QVERIFY2(m_server.addUser(TestAccount::user(), TestAccount::password()) &&
                  m_server.start({u"--seed-demo"_s}),
              qPrintable(m_server.log()));
@@ -523,7 +522,7 @@ void MainWindowTest::picturesOfEveryPage()
     Tool tool(m_relay.url());
     QVERIFY(tool.waitLoaded());
     // QUILL_SCREENSHOT_DIR keeps the pictures for a look at the layout.
-    const QString dir = qEnvironmentVariable("QUILL_SCREENSHOT_DIR", m_dir.filePath(u"pictures"_s));
+    const QString dir = qEnvironmentVariable("QUILL_SCREENSHOT_DIR", m_scratch.filePath(u"pictures"_s));
     QString error;
     const QStringList files = SavePageScreenshots(tool.window, dir, &error);
     QVERIFY2(error.isEmpty(), qPrintable(error));

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // The Site, Network and Features pages on their own: which controls each telephone system shows,
 // defaults on load, and the records they save.
+#include "isolation.h"
 #include "featurespage.h"
 #include "listfixture.h"
 #include "networkpage.h"
@@ -64,9 +65,7 @@ class SitePageTest : public QObject
 private slots:
     void initTestCase()
     {
-        QStandardPaths::setTestModeEnabled(true);
-        QVERIFY(m_dir.isValid());
-        ErrorLog::SetPath(m_dir.filePath(u"tamsel.log"_s));
+        QVERIFY(m_scratch.enter());
     }
 
     void eachTypeShowsExactlyItsGroups_data()
@@ -364,7 +363,7 @@ private slots:
     }
 
 private:
-    QTemporaryDir m_dir;
+    TestIsolation m_scratch;
 };
 
 QTEST_MAIN(SitePageTest)
