@@ -54,3 +54,11 @@ QList<TagEntry> SplitEntries(QStringView vars)
     }
     return entries;
 }
+
+QString entryText(const TagEntry &entry)
+{
+    if (!entry.sized)
+        return u'{' + entry.name + u'=' + entry.value + u'}';
+    return u'{' + entry.name + u'(' + (entry.type.isNull() ? QChar(u'S') : entry.type)
+        + QString::number(entry.value.size()) + u")=" + entry.value + u'}';
+}

@@ -1,8 +1,10 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "directorypage.h"
 
+#include "buttonrow.h"
 #include "directorymodel.h"
 #include "errorlog.h"
+#include "guarded.h"
 #include "propertywindows.h"
 #include "serverlink.h"
 #include "tagvalue.h"
@@ -10,7 +12,6 @@
 #include "translatewidgets.h"
 #include "utilities.h"
 
-#include <QHBoxLayout>
 #include <QHeaderView>
 #include <QKeyEvent>
 #include <QLineEdit>
@@ -55,40 +56,32 @@ DirectoryPage::DirectoryPage(ServerLink &link, PropertyWindows &windows, QWidget
     m_list->header()->resizeSection(DirectoryModel::ExtColumn, 90);
     m_list->header()->resizeSection(DirectoryModel::NameColumn, 200);
     m_list->header()->resizeSection(DirectoryModel::TypeColumn, 100);
-    m_list->installEventFilter(this);
-    connect(m_list, &QTreeView::doubleClicked, this, [this](const QModelIndex &index) {
-        if (index.isValid())
-            Guard(u" @ frmMain.List_DblClick"_s, [this] { editDevices(); });
-    });
+    connectGuarded(m_list, &QTreeView::doubleClicked, this, u" @ frmMain.List_DblClick"_s,
+                   [this](const QModelIndex &index) {
+                       if (index.isValid())
+                           editDevices();
+                   });
     connect(m_list->selectionModel(), &QItemSelectionModel::selectionChanged, this,
             &DirectoryPage::updateButtons);
     connect(m_proxy, &QAbstractItemModel::modelReset, this, &DirectoryPage::updateButtons);
     connect(m_proxy, &QAbstractItemModel::rowsRemoved, this, &DirectoryPage::updateButtons);
     connect(&m_windows, &PropertyWindows::openersChanged, this, &DirectoryPage::updateButtons);
 
-    auto *buttons = new QHBoxLayout;
-    const QString captions[] = {Translate(u"&Add..."_s), Translate(u"&Edit..."_s), Translate(u"&Remove"_s)};
-    for (int index = 0; index < 3; ++index) {
-        auto *button = new QPushButton(captions[index], this);
-        button->setObjectName(u"DButton_%1"_s.arg(index));
-        button->setAutoDefault(true); // Enter presses the button that has the focus, as Space does
-        connect(button, &QPushButton::clicked, this, [this, index] { DButton_Click(index); });
-        buttons->addWidget(button);
-        m_buttons.append(button);
-    }
-    buttons->addStretch();
+    m_buttons = new ButtonRow(u"DButton"_s, {u"&Add..."_s, u"&Edit..."_s, u"&Remove"_s}, this, clickLabel,
+                              [this](int index) { DButton_Click(index); });
+    m_buttons->bindKeys(m_list, EditButton, RemoveButton);
 
     auto *layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
     layout->addWidget(m_filter);
     layout->addWidget(m_list, 1);
-    layout->addLayout(buttons);
+    layout->addLayout(m_buttons->layout());
     updateButtons();
 }
 
 QPushButton *DirectoryPage::button(int index) const
 {
-    return m_buttons.value(index);
+    return m_buttons->button(index);
 }
 
 void DirectoryPage::fill(const QString &message)
@@ -128,27 +121,32 @@ QStringList DirectoryPage::selectedIds() const
 
 void DirectoryPage::DButton_Click(int index)
 {
-    Guard(clickLabel, [&] {
-        switch (index) {
-        case AddButton:
-            addDevice();
-            break;
-        case EditButton:
-            editDevices();
-            break;
-        case RemoveButton:
-            removeDevices();
-            break;
-        default:
-            break;
-        }
-    });
+    switch (index) {
+    case AddButton:
+        openDevices(u"-1"_s);
+        break;
+    case EditButton:
+        editDevices();
+        break;
+    case RemoveButton:
+        removeDevices();
+        break;
+    default:
+        break;
+    }
 }
 
-void DirectoryPage::addDevice()
+void DirectoryPage::openDevices(const QString &idText)
 {
-    if (m_windows.canOpen(devicesTable))
-        m_windows.open(devicesTable, u"-1"_s, window());
+    if (!m_windows.canOpen(devicesTable))
+        return;
+    m_windows.openFromList(
+        devicesTable, idText, window(),
+        [this](const WindowResult &result) {
+            // Several devices saved at once may each have changed: the whole list is asked again.
+            return !result.record.isEmpty() && !result.id.contains(u',') && updateDevice(result.id, result.record);
+        },
+        [this] { m_link.GetData(u"MAIN-EXTS"_s); });
 }
 
 void DirectoryPage::editDevices()
@@ -164,7 +162,7 @@ void DirectoryPage::editDevices()
         if (answer != QMessageBox::Yes)
             return;
     }
-    m_windows.open(devicesTable, ids.join(u','), window());
+    openDevices(ids.join(u','));
 }
 
 void DirectoryPage::removeDevices()
@@ -204,30 +202,16 @@ void DirectoryPage::updateButtons()
     const bool windowThere = m_windows.canOpen(devicesTable);
     const bool anySelected = m_list->selectionModel()->hasSelection();
     const QString tip = windowThere ? QString() : PropertyWindows::unavailableTip();
-    m_buttons[AddButton]->setEnabled(windowThere);
-    m_buttons[AddButton]->setToolTip(tip);
-    m_buttons[EditButton]->setEnabled(windowThere && anySelected);
-    m_buttons[EditButton]->setToolTip(tip);
-    m_buttons[RemoveButton]->setEnabled(anySelected);
+    m_buttons->setEnabled(AddButton, windowThere, tip);
+    m_buttons->setEnabled(EditButton, windowThere && anySelected, tip);
+    m_buttons->setEnabled(RemoveButton, anySelected);
 }
 
 bool DirectoryPage::eventFilter(QObject *watched, QEvent *event)
 {
-    if (event->type() != QEvent::KeyPress)
-        return QWidget::eventFilter(watched, event);
-    const int key = static_cast<QKeyEvent *>(event)->key();
-    if (watched == m_filter && key == Qt::Key_Escape && !m_filter->text().isEmpty()) {
+    if (watched == m_filter && event->type() == QEvent::KeyPress
+        && static_cast<QKeyEvent *>(event)->key() == Qt::Key_Escape && !m_filter->text().isEmpty()) {
         m_filter->clear();
-        return true;
-    }
-    if (watched == m_list && (key == Qt::Key_Return || key == Qt::Key_Enter)) {
-        if (m_buttons[EditButton]->isEnabled())
-            DButton_Click(EditButton);
-        return true;
-    }
-    if (watched == m_list && key == Qt::Key_Delete) {
-        if (m_buttons[RemoveButton]->isEnabled())
-            DButton_Click(RemoveButton);
         return true;
     }
     return QWidget::eventFilter(watched, event);

@@ -6,6 +6,7 @@
 #include <QStringList>
 #include <QWidget>
 
+class ButtonRow;
 class DirectoryModel;
 class DirectoryProxyModel;
 class PropertyWindows;
@@ -44,7 +45,7 @@ protected:
     bool eventFilter(QObject *watched, QEvent *event) override;
 
 private:
-    void addDevice();
+    void openDevices(const QString &idText);
     void editDevices();
     void removeDevices();
     void updateButtons();
@@ -56,5 +57,5 @@ private:
     DirectoryProxyModel *m_proxy;
     QLineEdit *m_filter;
     QTreeView *m_list;
-    QList<QPushButton *> m_buttons;
+    ButtonRow *m_buttons = nullptr;
 };

@@ -3,7 +3,6 @@
 #include "frmMain.h"
 #include "ui_frmMain.h"
 
-#include "Errors.h"
 #include "directorypage.h"
 #include "errorlog.h"
 #include "featurespage.h"
@@ -135,7 +134,7 @@ void frmMain::Form_Load()
 void frmMain::watchTips()
 {
     m_tips = new TipFilter(
-        m_ui->Tip,
+        m_ui->Tip, Tips::ControlTips(),
         [this](const ControlTip &tip) {
             return Tips::ControlTipText(tip, m_productName, m_site->systemType());
         },
@@ -236,11 +235,11 @@ void frmMain::Tabs_Click(int index)
 
 QString frmMain::pbxCommand() const
 {
-    RecordValues values;
-    m_site->save(values);
-    m_network->save(values);
-    // Tags the tool does not show stay in the record, after the ones it writes.
-    return systemWrite(u"PBX"_s, SettingsRecord::Build(SettingsRecord::PbxTags(), values, m_pbxOptions));
+    RecordEntries entries;
+    m_site->save(entries);
+    m_network->save(entries);
+    // Tags the tool does not show stay in the record, after the ones it writes, exactly as stored.
+    return systemWrite(u"PBX"_s, RecordForm::assemble(SettingsRecord::PbxTags(), entries, m_pbxOptions));
 }
 
 QString frmMain::featuresCommand() const
@@ -272,15 +271,7 @@ void frmMain::PingTimer_Timer()
 
 void frmMain::ShowErrors()
 {
-    Guard(u" @ frmMain.ShowErrors"_s, [this] {
-        if (!m_errors) {
-            m_errors = new Errors(this);
-            m_errors->setAttribute(Qt::WA_DeleteOnClose);
-        }
-        m_errors->show();
-        m_errors->raise();
-        m_errors->activateWindow();
-    });
+    Guard(u" @ frmMain.ShowErrors"_s, [this] { m_windows->open(ErrorsWindow, {}, this); });
 }
 
 void frmMain::closeEvent(QCloseEvent *event)

@@ -16,7 +16,6 @@ namespace Ui {
 class frmMain;
 }
 class DirectoryPage;
-class Errors;
 class FeaturesPage;
 class NetworkPage;
 class PropertyWindows;
@@ -62,8 +61,9 @@ public:
     void Cancel_Click();
     // Sends the keep-alive command.
     void PingTimer_Timer();
-    // Opens the Errors window on the end of the error log.
+    // Opens the Errors window on the end of the error log (registered as ErrorsWindow).
     void ShowErrors();
+    static constexpr QLatin1StringView ErrorsWindow{"Errors"};
 
     // The two write commands OK sends, as they stand now.
     QString pbxCommand() const;
@@ -102,7 +102,6 @@ private:
     StatusLine *m_status = nullptr;
     TipFilter *m_tips = nullptr;
     QTimer *m_pingTimer;
-    QPointer<Errors> m_errors;
 
     DirectoryPage *m_directory = nullptr;
     SitePage *m_site = nullptr;

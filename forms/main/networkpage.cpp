@@ -3,37 +3,30 @@
 #include "networkpage.h"
 #include "ui_networkpage.h"
 
-#include "controls.h"
-#include "tagvalue.h"
+#include "formlayout.h"
 
 using namespace Qt::StringLiterals;
 
 NetworkPage::NetworkPage(QWidget *parent) : QWidget(parent), m_ui(std::make_unique<Ui::NetworkPage>())
 {
     m_ui->setupUi(this);
-    AlignFormLabels({this});
+    alignFormLabels({this});
+    m_form.text(m_ui->Alert_0, u"FatalAlert"_s)
+        .text(m_ui->Alert_1, u"WarningAlert"_s)
+        .text(m_ui->Alert_2, u"DailyAlert"_s)
+        .option(m_ui->netSend, u"SendUpdates"_s, u"0"_s)
+        .text(m_ui->netPath, u"SendPath"_s)
+        .text(m_ui->netCluster, u"Cluster"_s);
 }
 
 NetworkPage::~NetworkPage() = default;
 
 void NetworkPage::load(const QString &options)
 {
-    m_ui->Alert_0->setText(GetText(options, u"FatalAlert"_s));
-    m_ui->Alert_1->setText(GetText(options, u"WarningAlert"_s));
-    m_ui->Alert_2->setText(GetText(options, u"DailyAlert"_s));
-    GetOption(m_ui->netSend, GetText(options, u"SendUpdates"_s, u"0"_s));
-    m_ui->netPath->setText(GetText(options, u"SendPath"_s));
-    m_ui->netCluster->setText(GetText(options, u"Cluster"_s));
-    for (QLineEdit *edit : findChildren<QLineEdit *>())
-        edit->setCursorPosition(0);
+    m_form.load(options);
 }
 
-void NetworkPage::save(RecordValues &values) const
+void NetworkPage::save(RecordEntries &entries) const
 {
-    values.insert(u"FatalAlert"_s, m_ui->Alert_0->text());
-    values.insert(u"WarningAlert"_s, m_ui->Alert_1->text());
-    values.insert(u"DailyAlert"_s, m_ui->Alert_2->text());
-    values.insert(u"SendUpdates"_s, m_ui->netSend->isChecked() ? 1 : 0);
-    values.insert(u"SendPath"_s, m_ui->netPath->text());
-    values.insert(u"Cluster"_s, m_ui->netCluster->text());
+    m_form.collect(entries);
 }

@@ -3,7 +3,7 @@
 // servers, kept in the PBX settings record beside the site's settings.
 #pragma once
 
-#include "sitepage.h"
+#include "recordform.h"
 
 #include <QWidget>
 
@@ -22,9 +22,11 @@ public:
 
     // Fills the page from the PBX record.
     void load(const QString &options);
-    // The page's values, by tag (FatalAlert, WarningAlert, DailyAlert, SendUpdates, SendPath, Cluster).
-    void save(RecordValues &values) const;
+    // The page's fields as entries, by tag (FatalAlert, WarningAlert, DailyAlert, SendUpdates,
+    // SendPath, Cluster).
+    void save(RecordEntries &entries) const;
 
 private:
     std::unique_ptr<Ui::NetworkPage> m_ui;
+    RecordForm m_form;
 };

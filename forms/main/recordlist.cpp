@@ -1,7 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "recordlist.h"
 
+#include "buttonrow.h"
 #include "errorlog.h"
+#include "guarded.h"
 #include "propertywindows.h"
 #include "serverlink.h"
 #include "tagreader.h"
@@ -10,9 +12,7 @@
 #include "translatewidgets.h"
 #include "utilities.h"
 
-#include <QHBoxLayout>
 #include <QHeaderView>
-#include <QKeyEvent>
 #include <QLoggingCategory>
 #include <QPushButton>
 #include <QTreeWidget>
@@ -20,7 +20,7 @@
 
 using namespace Qt::StringLiterals;
 
-Q_LOGGING_CATEGORY(lcRecordList, "quill.main.records")
+Q_LOGGING_CATEGORY(lcRecordList, "quill.forms.main.lists")
 
 struct RecordList::Kind
 {
@@ -91,33 +91,26 @@ RecordList::RecordList(RecordKind kind, ServerLink &link, PropertyWindows &windo
     m_list->setColumnCount(int(headers.size()));
     m_list->setHeaderLabels(headers);
     m_list->header()->resizeSection(0, 250);
-    m_list->installEventFilter(this);
     connect(m_list, &QTreeWidget::itemSelectionChanged, this, &RecordList::updateButtons);
-    connect(m_list, &QTreeWidget::itemDoubleClicked, this, [this](QTreeWidgetItem *item) {
-        if (item)
-            Guard(u" @ frmMain."_s + kindInfo().listName + u"_DblClick"_s, [this] { editRecord({}); });
-    });
+    connectGuarded(m_list, &QTreeWidget::itemDoubleClicked, this, u" @ frmMain."_s + info.listName + u"_DblClick"_s,
+                   [this](QTreeWidgetItem *item) {
+                       if (item)
+                           editRecord({});
+                   });
     connect(&m_windows, &PropertyWindows::openersChanged, this, &RecordList::updateButtons);
 
-    QStringList captions{Translate(u"&Add..."_s), Translate(u"&Edit..."_s), Translate(u"&Remove"_s),
-                         Translate(u"Move &Up"_s), Translate(u"Move &Down"_s)};
+    QStringList captions{u"&Add..."_s, u"&Edit..."_s, u"&Remove"_s, u"Move &Up"_s, u"Move &Down"_s};
     if (info.copies)
-        captions[CopyButton] = Translate(u"&Copy..."_s);
-    auto *buttons = new QHBoxLayout;
-    for (int index = 0; index < info.buttonCount; ++index) {
-        auto *button = new QPushButton(captions[index], this);
-        button->setObjectName(info.buttonPrefix + u'_' + QString::number(index));
-        button->setAutoDefault(true); // Enter presses the button that has the focus, as Space does
-        connect(button, &QPushButton::clicked, this, [this, index] { Button_Click(index); });
-        buttons->addWidget(button);
-        m_buttons.append(button);
-    }
-    buttons->addStretch();
+        captions[CopyButton] = u"&Copy..."_s;
+    m_buttons = new ButtonRow(info.buttonPrefix, captions.mid(0, info.buttonCount), this,
+                              u" @ frmMain."_s + info.buttonPrefix + u"_Click"_s,
+                              [this](int index) { Button_Click(index); });
+    m_buttons->bindKeys(m_list, EditButton, RemoveButton);
 
     auto *layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
     layout->addWidget(m_list, 1);
-    layout->addLayout(buttons);
+    layout->addLayout(m_buttons->layout());
     updateButtons();
 }
 
@@ -133,7 +126,7 @@ QString RecordList::listReference() const
 
 QPushButton *RecordList::button(int index) const
 {
-    return m_buttons.value(index);
+    return m_buttons->button(index);
 }
 
 void RecordList::setSecondColumnText(std::function<QString(const QString &)> display)
@@ -284,44 +277,49 @@ int RecordList::saveOrder()
 void RecordList::Button_Click(int index)
 {
     const Kind &info = kindInfo();
-    Guard(u" @ frmMain."_s + info.buttonPrefix + u"_Click"_s, [&] {
-        switch (index) {
-        case AddButton:
-            addRecord();
-            break;
-        case EditButton:
-            editRecord({});
-            break;
-        case RemoveButton:
-            removeRecord();
-            break;
-        case MoveUpButton: // CopyButton for campaigns
-            if (info.copies)
-                editRecord(u"*"_s);
-            else
-                moveRecord(-1);
-            break;
-        case MoveDownButton:
-            moveRecord(+1);
-            break;
-        default:
-            break;
-        }
-    });
-}
-
-void RecordList::addRecord()
-{
-    if (m_windows.canOpen(table()))
-        m_windows.open(table(), u"-1"_s, window());
+    switch (index) {
+    case AddButton:
+        openWindow(u"-1"_s);
+        break;
+    case EditButton:
+        editRecord({});
+        break;
+    case RemoveButton:
+        removeRecord();
+        break;
+    case MoveUpButton: // CopyButton for campaigns
+        if (info.copies)
+            editRecord(u"*"_s);
+        else
+            moveRecord(-1);
+        break;
+    case MoveDownButton:
+        moveRecord(+1);
+        break;
+    default:
+        break;
+    }
 }
 
 void RecordList::editRecord(const QString &prefix)
 {
     const QString id = selectedId();
-    if (id.isEmpty() || !m_windows.canOpen(table()))
+    if (!id.isEmpty())
+        openWindow(prefix + id);
+}
+
+void RecordList::openWindow(const QString &idText)
+{
+    if (!m_windows.canOpen(table()))
         return;
-    m_windows.open(table(), prefix + id, window());
+    // The window's id text may hold several ids; the entry is the first one's.
+    m_windows.openFromList(
+        table(), idText, window(),
+        [this](const WindowResult &result) {
+            return !result.columns.isEmpty()
+                && updateEntry(result.id.section(u',', 0, 0), result.columns.value(0), result.columns.value(1));
+        },
+        [this] { m_link.GetData(listReference()); });
 }
 
 void RecordList::removeRecord()
@@ -385,10 +383,7 @@ void RecordList::updateButtons()
     const int row = item ? m_list->indexOfTopLevelItem(item) : -1;
     const QString tip = windowThere ? QString() : PropertyWindows::unavailableTip();
     const auto set = [this](int index, bool enabled, const QString &toolTip = {}) {
-        if (QPushButton *button = m_buttons.value(index)) {
-            button->setEnabled(enabled);
-            button->setToolTip(toolTip);
-        }
+        m_buttons->setEnabled(index, enabled, toolTip);
     };
     set(AddButton, windowThere, tip);
     set(EditButton, windowThere && item, tip);
@@ -399,22 +394,4 @@ void RecordList::updateButtons()
         set(MoveUpButton, item && row > 0);
         set(MoveDownButton, item && row < m_list->topLevelItemCount() - 1);
     }
-}
-
-bool RecordList::eventFilter(QObject *watched, QEvent *event)
-{
-    if (watched != m_list || event->type() != QEvent::KeyPress)
-        return QWidget::eventFilter(watched, event);
-    const int key = static_cast<QKeyEvent *>(event)->key();
-    if (key == Qt::Key_Return || key == Qt::Key_Enter) {
-        if (m_buttons[EditButton]->isEnabled())
-            Button_Click(EditButton);
-        return true;
-    }
-    if (key == Qt::Key_Delete) {
-        if (m_buttons[RemoveButton]->isEnabled())
-            Button_Click(RemoveButton);
-        return true;
-    }
-    return QWidget::eventFilter(watched, event);
 }

@@ -8,6 +8,7 @@
 
 #include <functional>
 
+class ButtonRow;
 class PropertyWindows;
 class QPushButton;
 class QTreeWidget;
@@ -60,13 +61,10 @@ public:
     QTreeWidget *list() const { return m_list; }
     QPushButton *button(int index) const;
 
-protected:
-    bool eventFilter(QObject *watched, QEvent *event) override;
-
 private:
     struct Kind;
     const Kind &kindInfo() const;
-    void addRecord();
+    void openWindow(const QString &idText);
     void editRecord(const QString &prefix);
     void removeRecord();
     void moveRecord(int step);
@@ -79,7 +77,7 @@ private:
     ServerLink &m_link;
     PropertyWindows &m_windows;
     QTreeWidget *m_list;
-    QList<QPushButton *> m_buttons;
+    ButtonRow *m_buttons = nullptr;
     std::function<QString(const QString &)> m_secondText;
     QStringList m_storedOrder; // ids in the order of the last reply (or the last saved order)
 };

@@ -5,11 +5,11 @@
 
 #include "controls.h"
 #include "errorlog.h"
+#include "formlayout.h"
+#include "guarded.h"
 #include "tagvalue.h"
 
 #include <QComboBox>
-#include <QFormLayout>
-#include <QLabel>
 #include <QLineEdit>
 
 using namespace Qt::StringLiterals;
@@ -26,7 +26,7 @@ const QString noVoiceMail = u"(None)"_s;
 enum class Connection {
     None,       // no connection settings on the page (the type has none, or none is selected)
     Selectable, // the administrator picks the network or a serial port
-    SerialOnly, // TELRAD: always a serial link; only the port is chosen
+    SerialOnly, // TELRAD: the type fixes the link; the choice stored is kept as it is
     Fixed,      // NORTEL BCM: reached through the Nortel CTE beside the server; nothing to enter
 };
 
@@ -48,22 +48,6 @@ Connection connectionOf(const QString &upperType)
     return Connection::None;
 }
 
-// Selects the entry whose text is text in any case; a value the list does not offer is added, so
-// that saving gives back what was stored. Empty text selects nothing.
-void selectText(QComboBox *combo, const QString &text)
-{
-    if (text.isEmpty()) {
-        combo->setCurrentIndex(-1);
-        return;
-    }
-    int index = ListSearch(combo, text);
-    if (index < 0) {
-        combo->addItem(text);
-        index = combo->count() - 1;
-    }
-    combo->setCurrentIndex(index);
-}
-
 } // namespace
 
 namespace SettingsRecord {
@@ -80,37 +64,30 @@ const QStringList &PbxTags()
     return tags;
 }
 
-QString Build(const QStringList &tags, const RecordValues &values, const QString &original)
-{
-    QString record;
-    for (const QString &tag : tags)
-        AddVar(record, tag, values.value(tag));
-    AppendOtherTags(record, original, tags);
-    return record;
-}
-
-void AppendOtherTags(QString &record, const QString &original, const QStringList &known)
-{
-    for (int index = 1;; ++index) {
-        QString name;
-        const QVariant value = GetVar(original, index, &name);
-        if (name.isEmpty())
-            break;
-        if (!known.contains(name, Qt::CaseInsensitive))
-            AddVar(record, name, value);
-    }
-}
-
 } // namespace SettingsRecord
 
 SitePage::SitePage(QWidget *parent) : QWidget(parent), m_ui(std::make_unique<Ui::SitePage>())
 {
     m_ui->setupUi(this);
-    m_textFields = {{m_ui->sName, u"Name"_s},      {m_ui->sTrunk, u"Trunk"_s},       {m_ui->sLCR, u"LCR"_s},
-                    {m_ui->sArea, u"Area"_s},      {m_ui->sOperator, u"Operator"_s}, {m_ui->sRandom, u"Random"_s},
-                    {m_ui->sNumbers, u"Numbers"_s}, {m_ui->Settings, u"Settings"_s},  {m_ui->Ip, u"Ip"_s},
-                    {m_ui->Port, u"Port"_s},       {m_ui->Server, u"Server"_s},      {m_ui->Uname, u"Username"_s},
-                    {m_ui->PWord, u"Password"_s},  {m_ui->sVM, u"VM"_s},             {m_ui->sVMIP, u"VMIp"_s}};
+    // Fields a type or a voice-mail type hides keep their text: switching back loses nothing.
+    m_form.option(m_ui->AutoDir, u"AutoDir"_s, u"0"_s)
+        .text(m_ui->sName, u"Name"_s)
+        .text(m_ui->sTrunk, u"Trunk"_s)
+        .text(m_ui->sLCR, u"LCR"_s)
+        .text(m_ui->sArea, u"Area"_s)
+        .text(m_ui->sOperator, u"Operator"_s)
+        .choice(m_ui->Comm, u"Comm"_s, {}, RecordForm::AddMissing)
+        .text(m_ui->sRandom, u"Random"_s)
+        .text(m_ui->sNumbers, u"Numbers"_s)
+        .text(m_ui->Settings, u"Settings"_s, defaultSerialSettings)
+        .text(m_ui->Ip, u"Ip"_s)
+        .text(m_ui->Port, u"Port"_s)
+        .text(m_ui->Server, u"Server"_s)
+        .text(m_ui->Uname, u"Username"_s)
+        .text(m_ui->PWord, u"Password"_s)
+        .choice(m_ui->sVMType, u"VMType"_s, noVoiceMail, RecordForm::AddMissing)
+        .text(m_ui->sVM, u"VM"_s)
+        .text(m_ui->sVMIP, u"VMIp"_s);
     m_ui->sType->addItems(SystemTypes());
     m_ui->Comm->addItems(Connections());
     m_ui->sVMType->addItems(VoiceMailTypes());
@@ -118,15 +95,15 @@ SitePage::SitePage(QWidget *parent) : QWidget(parent), m_ui(std::make_unique<Ui:
     m_ui->Comm->setCurrentIndex(-1);
     m_ui->Settings->setText(defaultSerialSettings);
     // The groups of each column have forms of their own; their fields line up in one column.
-    AlignFormLabels({m_ui->fraSite, m_ui->fraVoiceMail});
-    AlignFormLabels({m_ui->fraPBX});
+    alignFormLabels({m_ui->fraSite, m_ui->fraVoiceMail});
+    alignFormLabels({m_ui->fraPBX});
 
-    connect(m_ui->sType, &QComboBox::currentIndexChanged, this,
-            [this] { Guard(u" @ frmMain.sType_Click"_s, [this] { sType_Click(); }); });
-    connect(m_ui->Comm, &QComboBox::currentIndexChanged, this,
-            [this] { Guard(u" @ frmMain.Comm_Click"_s, [this] { Comm_Click(); }); });
-    connect(m_ui->sVMType, &QComboBox::currentIndexChanged, this,
-            [this] { Guard(u" @ frmMain.sVMType_Click"_s, [this] { sVMType_Click(); }); });
+    connectGuarded(m_ui->sType, &QComboBox::currentIndexChanged, this, u" @ frmMain.sType_Click"_s,
+                   &SitePage::sType_Click);
+    connectGuarded(m_ui->Comm, &QComboBox::currentIndexChanged, this, u" @ frmMain.Comm_Click"_s,
+                   &SitePage::Comm_Click);
+    connectGuarded(m_ui->sVMType, &QComboBox::currentIndexChanged, this, u" @ frmMain.sVMType_Click"_s,
+                   &SitePage::sVMType_Click);
     sType_Click();
     sVMType_Click();
 }
@@ -163,48 +140,36 @@ const QStringList &SitePage::Connections()
 
 void SitePage::load(const QString &options)
 {
-    GetOption(m_ui->AutoDir, GetText(options, u"AutoDir"_s, u"0"_s));
-    for (const auto &[edit, tag] : m_textFields)
-        edit->setText(GetText(options, tag));
-    if (m_ui->Settings->text().isEmpty())
-        m_ui->Settings->setText(defaultSerialSettings);
-
-    // The connection first: choosing the type applies the connection rule to it.
     {
+        // The connection first, quietly: choosing the type applies the connection rule to it.
         const QSignalBlocker blockComm(m_ui->Comm);
-        selectText(m_ui->Comm, GetText(options, u"Comm"_s));
-    }
-    m_storedType = GetText(options, u"PBX"_s);
-    {
         const QSignalBlocker blockType(m_ui->sType);
-        const bool nortel = m_storedType.compare(nortelStored, Qt::CaseInsensitive) == 0;
-        selectText(m_ui->sType, nortel ? nortelShown : m_storedType);
-    }
-    m_shownType = m_ui->sType->currentText();
-    {
         const QSignalBlocker blockVoiceMail(m_ui->sVMType);
-        selectText(m_ui->sVMType, GetText(options, u"VMType"_s, noVoiceMail));
+        m_form.load(options);
+        if (m_ui->Settings->text().isEmpty())
+            m_ui->Settings->setText(defaultSerialSettings);
+        QString type = GetText(options, u"PBX"_s);
+        if (type.compare(nortelStored, Qt::CaseInsensitive) == 0)
+            type = nortelShown;
+        int index = type.isEmpty() ? -1 : ListSearch(m_ui->sType, type);
+        if (index < 0 && !type.isEmpty()) {
+            m_ui->sType->addItem(type); // a type this tool does not know is saved back as it was
+            index = m_ui->sType->count() - 1;
+        }
+        m_ui->sType->setCurrentIndex(index);
     }
     sType_Click();
     sVMType_Click();
-    // Long values show from their beginning.
-    for (QLineEdit *edit : findChildren<QLineEdit *>())
-        edit->setCursorPosition(0);
 }
 
-void SitePage::save(RecordValues &values) const
+void SitePage::save(RecordEntries &entries) const
 {
-    values.insert(u"AutoDir"_s, m_ui->AutoDir->isChecked() ? 1 : 0);
-    // Fields a type or a voice-mail type hides keep their text: switching back loses nothing.
-    for (const auto &[edit, tag] : m_textFields)
-        values.insert(tag, edit->text());
-    // A type left as loaded goes back as it was stored: a site whose server runs a "NORTEL CTE"
-    // link keeps that name, though the list calls the system "Nortel BCM". A type chosen from the
-    // list is written as the list names it.
-    const QString type = m_ui->sType->currentText();
-    values.insert(u"PBX"_s, type == m_shownType ? m_storedType : type);
-    values.insert(u"Comm"_s, m_ui->Comm->currentText());
-    values.insert(u"VMType"_s, m_ui->sVMType->currentText());
+    m_form.collect(entries);
+    // The type as the list shows it: a site loaded as "NORTEL CTE" is saved as "Nortel BCM".
+    QString type;
+    AddVar(type, u"PBX"_s, m_ui->sType->currentText());
+    if (!type.isEmpty())
+        entries.insert(u"pbx"_s, type);
 }
 
 QString SitePage::systemType() const
@@ -235,7 +200,7 @@ void SitePage::sType_Click()
         m_ui->pAuto->show();
         {
             const QSignalBlocker blockComm(m_ui->Comm);
-            selectText(m_ui->Comm, tcpIp);
+            m_ui->Comm->setCurrentIndex(ListSearch(m_ui->Comm, tcpIp));
         }
         Comm_Click();
     } else if (type == u"DEMONSTRATION MODE"_s) {
@@ -261,11 +226,10 @@ void SitePage::Comm_Click()
     case Connection::Fixed:
         return;
     case Connection::SerialOnly:
-        if (m_ui->Comm->currentText() == tcpIp || m_ui->Comm->currentIndex() < 0) {
-            const QSignalBlocker blockComm(m_ui->Comm);
-            selectText(m_ui->Comm, Connections().at(1));
-        }
-        m_ui->bComm->show();
+        // The type fixes the connection: the choice is never changed here, so a stored "Tcp/Ip"
+        // stays; a serial port chosen shows its settings.
+        if (m_ui->Comm->currentIndex() >= 0 && m_ui->Comm->currentText() != tcpIp)
+            m_ui->bComm->show();
         return;
     case Connection::Selectable:
         break;
@@ -289,23 +253,4 @@ void SitePage::sVMType_Click()
     const bool networked = any && type != u"Internal Voice Mail"_s;
     m_ui->sVM->setEnabled(any);
     m_ui->sVMIP->setEnabled(networked);
-}
-
-void AlignFormLabels(const QList<QWidget *> &containers)
-{
-    QList<QWidget *> labels;
-    int width = 0;
-    for (QWidget *container : containers) {
-        for (QFormLayout *form : container->findChildren<QFormLayout *>()) {
-            for (int row = 0; row < form->rowCount(); ++row) {
-                QLayoutItem *item = form->itemAt(row, QFormLayout::LabelRole);
-                if (item && item->widget()) {
-                    labels << item->widget();
-                    width = std::max(width, item->widget()->sizeHint().width());
-                }
-            }
-        }
-    }
-    for (QWidget *label : labels)
-        label->setMinimumWidth(width);
 }

@@ -2,9 +2,9 @@
 // The Site page of the main window: the site and telephone-system settings of System/PBX.
 #pragma once
 
-#include <QHash>
+#include "recordform.h"
+
 #include <QStringList>
-#include <QVariant>
 #include <QWidget>
 
 #include <memory>
@@ -12,26 +12,11 @@
 namespace Ui {
 class SitePage;
 }
-class QComboBox;
-class QLineEdit;
-
-// The values a page hands over for saving, by tag as it is written.
-using RecordValues = QHash<QString, QVariant>;
 
 namespace SettingsRecord {
 // The tags of the PBX settings record in the order they are written: AutoDir, Name, ..., VMIp.
 const QStringList &PbxTags();
-// Rebuilds a settings record: the tags in order, each from values (an empty value is left out),
-// then every tag of original that is not among them (a setting the tool does not show, written
-// by the server or another client) in the order it had there, value and type unchanged.
-QString Build(const QStringList &tags, const RecordValues &values, const QString &original);
-// Appends to record every top-level tag of original that is not among known (any case).
-void AppendOtherTags(QString &record, const QString &original, const QStringList &known);
 } // namespace SettingsRecord
-
-// Gives the labels of every form layout inside the containers one width, so that forms stacked in
-// separate groups keep their fields in one column.
-void AlignFormLabels(const QList<QWidget *> &containers);
 
 class SitePage : public QWidget
 {
@@ -49,8 +34,8 @@ public:
 
     // Fills the page from the PBX record (the "Options" of the MAIN-PBX reply), defaults included.
     void load(const QString &options);
-    // The page's values, by tag.
-    void save(RecordValues &values) const;
+    // The page's fields as entries, by tag.
+    void save(RecordEntries &entries) const;
 
     // The selected telephone-system type as the list shows it ("" when none is selected).
     QString systemType() const;
@@ -64,8 +49,7 @@ public:
 
 private:
     std::unique_ptr<Ui::SitePage> m_ui;
-    // The text boxes of the record with their tags; load and save both go through this table.
-    QList<std::pair<QLineEdit *, QString>> m_textFields;
-    QString m_storedType; // the telephone-system type as the record holds it
-    QString m_shownType;  // the list entry it was shown as
+    // The page's fields with their tags; load and save both go through this table. The type is
+    // not among them: a stored "NORTEL CTE" is shown as the list's "Nortel BCM".
+    RecordForm m_form;
 };

@@ -3,7 +3,8 @@
 // device window for the selection and removing devices.
 #include "directorymodel.h"
 #include "directorypage.h"
-#include "listfixture.h"
+#include "msgboxanswers.h"
+#include "serverfixture.h"
 #include "translatewidgets.h"
 
 #include <QAbstractItemModelTester>
@@ -56,7 +57,7 @@ private:
     QString idOfExt(const QString &ext) const;
     void selectRows(int first, int last);
 
-    std::unique_ptr<ListFixture> m_fixture;
+    std::unique_ptr<ServerFixture> m_fixture;
     std::unique_ptr<DirectoryPage> m_page;
     std::unique_ptr<QAbstractItemModelTester> m_modelTester;
     std::unique_ptr<QAbstractItemModelTester> m_proxyTester;
@@ -66,7 +67,7 @@ private:
 
 void DirectoryTest::initTestCase()
 {
-    m_fixture = std::make_unique<ListFixture>();
+    m_fixture = std::make_unique<ServerFixture>();
     QString error;
     QVERIFY2(m_fixture->start(&error), qPrintable(error));
     m_page = std::make_unique<DirectoryPage>(m_fixture->link, m_fixture->windows);
@@ -141,7 +142,7 @@ void DirectoryTest::fillsFromTheServerOrderedByNumber()
     const QModelIndex aliceIndex = m_page->model()->index(row, DirectoryModel::ExtColumn);
     QCOMPARE(aliceIndex.data(DirectoryModel::KeyRole).toString(), u"~"_s + alice);
     QCOMPARE(aliceIndex.data(DirectoryModel::ExtensionIdRole).toString(),
-             ListFixture::fieldOf(reply, alice, u"ExtensionId"_s));
+             ServerFixture::fieldOf(reply, alice, u"ExtensionId"_s));
     QCOMPARE(aliceIndex.siblingAtColumn(DirectoryModel::NameColumn).data().toString(), u"Alice Smith"_s);
     QCOMPARE(aliceIndex.siblingAtColumn(DirectoryModel::TypeColumn).data().toString(), u"Extension"_s);
     QCOMPARE(aliceIndex.siblingAtColumn(DirectoryModel::DeptColumn).data().toString(), u"Sales"_s);
@@ -240,7 +241,10 @@ void DirectoryTest::editOpensTheSelectedDevicesAndWarnsAboveOneHundredFifty()
     // Without a device window there is nothing to open.
     QVERIFY(!add->isEnabled());
     QCOMPARE(add->toolTip(), u"This window is not available in this version."_s);
-    m_fixture->windows.setOpener(u"Exts"_s, [this](const QString &ids, QWidget *) { m_opened.append(ids); });
+    m_fixture->windows.setOpener(u"Exts"_s, [this](const QString &ids, QWidget *) {
+        m_opened.append(ids);
+        return WindowResult::cancelled();
+    });
     QVERIFY(add->isEnabled());
     QVERIFY(add->toolTip().isEmpty());
     QVERIFY(!edit->isEnabled());
@@ -312,7 +316,7 @@ void DirectoryTest::removeDeletesTheSelectedDevicesOnlyAfterYes()
     QCOMPARE(relay.commands().size(), mark + 1);
     QVERIFY(relay.commands().at(mark).startsWith(u"{Cmd=GetList}{Table=Exts}{Ref=MAIN-EXTS}"_s));
     for (const QString &id : leavers)
-        QVERIFY(ListFixture::replyIds(reply).contains(id));
+        QVERIFY(ServerFixture::replyIds(reply).contains(id));
 
     // Yes: one delete with every id asked about, though a list reply in another order refilled the
     // list while the question was open; the rows leave at once, and the list is read again.
@@ -330,7 +334,7 @@ void DirectoryTest::removeDeletesTheSelectedDevicesOnlyAfterYes()
     QVERIFY(relay.commands().at(mark + 1).startsWith(u"{Cmd=GetList}{Table=Exts}{Ref=MAIN-EXTS}"_s));
     reply = m_fixture->lastReply(u"EXTS"_s);
     for (const QString &id : leavers) {
-        QVERIFY(!ListFixture::replyIds(reply).contains(id));
+        QVERIFY(!ServerFixture::replyIds(reply).contains(id));
         QCOMPARE(m_page->model()->rowOfId(id), -1);
     }
     QCOMPARE(m_page->proxy()->rowCount(), 1);
@@ -344,7 +348,7 @@ void DirectoryTest::removeDeletesTheSelectedDevicesOnlyAfterYes()
     QTest::keyClick(m_page->list(), Qt::Key_Delete);
     QVERIFY(m_fixture->waitForReply(u"EXTS"_s, before));
     QCOMPARE(relay.commands().at(mark), u"{Cmd=Delete}{Table=Exts}{Id(S%1)=%2}"_s.arg(last.size()).arg(last));
-    QVERIFY(!ListFixture::replyIds(m_fixture->lastReply(u"EXTS"_s)).contains(last));
+    QVERIFY(!ServerFixture::replyIds(m_fixture->lastReply(u"EXTS"_s)).contains(last));
     QCOMPARE(m_page->proxy()->rowCount(), 0);
     QVERIFY(!m_page->findChild<QPushButton *>(u"DButton_2"_s)->isEnabled());
 }

@@ -5,7 +5,8 @@
 #include "directorypage.h"
 #include "featurespage.h"
 #include "frmMain.h"
-#include "listfixture.h"
+#include "msgboxanswers.h"
+#include "serverfixture.h"
 #include "recordlist.h"
 #include "screenshots.h"
 #include "startup.h"
@@ -26,6 +27,14 @@
 #include <memory>
 
 namespace {
+
+// The order in which the PBX settings record is written.
+const QStringList pbxOrder{
+    u"AutoDir"_s,  u"Name"_s,       u"Trunk"_s,        u"LCR"_s,        u"Area"_s,
+    u"Operator"_s, u"PBX"_s,        u"Comm"_s,         u"Random"_s,     u"Numbers"_s,
+    u"Settings"_s, u"Ip"_s,         u"Port"_s,         u"Server"_s,     u"Username"_s,
+    u"Password"_s, u"FatalAlert"_s, u"WarningAlert"_s, u"DailyAlert"_s, u"SendUpdates"_s,
+    u"SendPath"_s, u"Cluster"_s,    u"VMType"_s,       u"VM"_s,         u"VMIp"_s};
 
 // One running copy of the tool: its session, its link and its main window.
 struct Tool
@@ -388,7 +397,7 @@ void MainWindowTest::okStoresTheSettingsInOrderAndTheyOutliveARestart()
         u"{AutoDir=1}{Area=0161}{Operator=200}{LCR=1470,1471}{Random=30}{Numbers=201,202}"
         u"{Settings=9600,n,8,1}{Ip=10.0.0.5}{Port=3000}{Server=aes1}{Username=cti}{Password=pw}"
         u"{FatalAlert=201}{WarningAlert=202}{DailyAlert=203}{SendUpdates=1}"
-        u"{SendPath=\\\\srv\\upd}{Cluster=qs2,qs3}{VMType=VoxBox}{VM=555}"_s;
+        u"{SendPath=\\\\srv\\upd}{Cluster=qs2,qs3}{VMType=VoxBox}{VM=555}{Site(N3)=007}"_s;
     probe.setSystemBlock(u"PBX"_s, stored);
     probe.setSystemBlock(u"FEATURES"_s, u"{Pickup=*8}{Flash=R}{Park=*44}"_s);
     QCOMPARE(probe.systemBlock(u"PBX"_s), stored);
@@ -417,7 +426,8 @@ void MainWindowTest::okStoresTheSettingsInOrderAndTheyOutliveARestart()
     QVERIFY2(sent.at(0).startsWith(u"{Cmd=SetFields}{Table=System}{Id=PBX}{Fields(S"_s),
              qPrintable(sent.at(0)));
     const QString pbx = GetText(GetText(sent.at(0), u"Fields"_s), u"Options"_s);
-    QCOMPARE(tagNames(pbx), pbxOrder + QStringList{u"Licence"_s});
+    QCOMPARE(tagNames(pbx), pbxOrder + QStringList({u"Licence"_s, u"Site"_s}));
+    QVERIFY2(pbx.endsWith(u"{Licence(S3)=ABC}{Site(N3)=007}"_s), qPrintable(pbx)); // not re-typed
     QCOMPARE(GetText(pbx, u"Name"_s), u"Harbour Site"_s);
     QCOMPARE(GetText(pbx, u"DailyAlert"_s), u"299"_s);
     QCOMPARE(GetText(pbx, u"VMIp"_s), u"10.0.0.9"_s);

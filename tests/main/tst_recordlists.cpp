@@ -1,7 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // The address-book, campaign, routing and script lists against quillserverd: filling, opening
 // the property windows, removing records, and the priority order of routing conditions and books.
-#include "listfixture.h"
+#include "msgboxanswers.h"
+#include "serverfixture.h"
 #include "recordlist.h"
 #include "translatewidgets.h"
 
@@ -39,7 +40,7 @@ private:
     void select(RecordList *list, const QString &name);
     QPushButton *button(RecordList *list, int index) const;
 
-    std::unique_ptr<ListFixture> m_fixture;
+    std::unique_ptr<ServerFixture> m_fixture;
     std::unique_ptr<RecordList> m_books;
     std::unique_ptr<RecordList> m_campaigns;
     std::unique_ptr<RecordList> m_routing;
@@ -50,7 +51,7 @@ private:
 
 void RecordListsTest::initTestCase()
 {
-    m_fixture = std::make_unique<ListFixture>();
+    m_fixture = std::make_unique<ServerFixture>();
     QString error;
     QVERIFY2(m_fixture->start(&error), qPrintable(error));
     ServerLink &link = m_fixture->link;
@@ -65,7 +66,7 @@ void RecordListsTest::initTestCase()
     };
 
     // Routing conditions keep their place in the list as their order: new ones go at the end.
-    const int routes = ListFixture::replyIds(m_fixture->fetch(u"MAIN-ROUTING"_s)).size();
+    const int routes = ServerFixture::replyIds(m_fixture->fetch(u"MAIN-ROUTING"_s)).size();
     const QStringList routeNames{u"Route X"_s, u"Route Y"_s, u"Route Z"_s};
     for (int i = 0; i < routeNames.size(); ++i)
         m_fixture->create(u"Routing"_s,
@@ -135,14 +136,14 @@ void RecordListsTest::listsShowTheServerRecords()
         QTreeWidget *tree = expect.list->findChild<QTreeWidget *>(expect.objectName);
         QVERIFY2(tree, qPrintable(expect.objectName));
         const QString reply = m_fixture->lastReply(expect.subRef);
-        const QStringList ids = ListFixture::replyIds(reply);
+        const QStringList ids = ServerFixture::replyIds(reply);
         QCOMPARE(tree->topLevelItemCount(), ids.size());
         for (int row = 0; row < ids.size(); ++row) {
             const QTreeWidgetItem *item = tree->topLevelItem(row);
             QCOMPARE(item->data(0, RecordList::KeyRole).toString(), u"~"_s + ids[row]);
-            QCOMPARE(item->text(0), ListFixture::fieldOf(reply, ids[row], u"Name"_s));
+            QCOMPARE(item->text(0), ServerFixture::fieldOf(reply, ids[row], u"Name"_s));
             QCOMPARE(item->data(0, RecordList::RecordIdRole).toString(),
-                     ListFixture::fieldOf(reply, ids[row], expect.idTag));
+                     ServerFixture::fieldOf(reply, ids[row], expect.idTag));
         }
         QCOMPARE(expect.list->ids(), ids);
     }
@@ -180,7 +181,10 @@ void RecordListsTest::buttonsFollowTheSelection()
     // Nothing to open the window with: Add, Edit stay off and say why.
     QVERIFY(!button(m_routing.get(), 0)->isEnabled());
     QCOMPARE(button(m_routing.get(), 0)->toolTip(), u"This window is not available in this version."_s);
-    m_fixture->windows.setOpener(u"Routing"_s, [this](const QString &id, QWidget *) { m_opened.append(id); });
+    m_fixture->windows.setOpener(u"Routing"_s, [this](const QString &id, QWidget *) {
+        m_opened.append(id);
+        return WindowResult::cancelled();
+    });
     QVERIFY(button(m_routing.get(), 0)->isEnabled());
     for (int index = 1; index <= 4; ++index)
         QVERIFY2(!button(m_routing.get(), index)->isEnabled(), qPrintable(QString::number(index)));
@@ -231,8 +235,8 @@ void RecordListsTest::routingMoveStoresBothOrdersAndSwapsThem()
     names.swapItemsAt(y - 1, y);
     QCOMPARE(m_routing->names(), names);
     // The server now holds the swapped order: the fresh list shows it and the selection stays.
-    QCOMPARE(ListFixture::replyIds(reply).at(y - 1), idY);
-    QCOMPARE(ListFixture::replyIds(reply).at(y), idX);
+    QCOMPARE(ServerFixture::replyIds(reply).at(y - 1), idY);
+    QCOMPARE(ServerFixture::replyIds(reply).at(y), idX);
     QCOMPARE(m_routing->names(), names);
     QCOMPARE(m_routing->selectedId(), idY);
 
@@ -242,8 +246,8 @@ void RecordListsTest::routingMoveStoresBothOrdersAndSwapsThem()
     reply = m_fixture->fetch(u"MAIN-ROUTING"_s);
     QCOMPARE(relay.commands().mid(mark, 2),
              (QStringList{routingSetOrder(idY, y + 1), routingSetOrder(idX, y)}));
-    QCOMPARE(ListFixture::replyIds(reply).at(y - 1), idX);
-    QCOMPARE(ListFixture::replyIds(reply).at(y), idY);
+    QCOMPARE(ServerFixture::replyIds(reply).at(y - 1), idX);
+    QCOMPARE(ServerFixture::replyIds(reply).at(y), idY);
 
     // The first entry cannot go up, nor the last down: nothing is sent.
     m_routing->list()->setCurrentItem(m_routing->list()->topLevelItem(0));
@@ -268,7 +272,10 @@ void RecordListsTest::campaignCopyAndEditOpenTheCampaignWindow()
     QVERIFY(button(m_campaigns.get(), 2)->isEnabled()); // removing needs no window
 
     m_fixture->windows.setOpener(u"Campaigns"_s,
-                                 [this](const QString &ids, QWidget *) { m_opened.append(ids); });
+                                 [this](const QString &ids, QWidget *) {
+        m_opened.append(ids);
+        return WindowResult::cancelled();
+    });
     QVERIFY(copy->isEnabled());
     QTest::mouseClick(copy, Qt::LeftButton);
     QTest::mouseClick(button(m_campaigns.get(), 1), Qt::LeftButton);
@@ -316,7 +323,7 @@ void RecordListsTest::addressBookMovesWaitForTheMainWindowsSave()
                      .arg(QString::number(position + 1).size())
                      .arg(position + 1));
     }
-    QCOMPARE(ListFixture::replyIds(reply), order);
+    QCOMPARE(ServerFixture::replyIds(reply), order);
     QCOMPARE(m_books->ids(), order);
 }
 
@@ -353,7 +360,7 @@ void RecordListsTest::removalAsksWithTheKindWordAndDeletesOnlyAfterYes()
         QTest::mouseClick(button(c.list, 2), Qt::LeftButton);
         QCOMPARE(m_asked, QStringList{c.prompt});
         QCOMPARE(c.list->list()->topLevelItemCount(), count);
-        QVERIFY(ListFixture::replyIds(m_fixture->fetch(c.reference)).contains(id));
+        QVERIFY(ServerFixture::replyIds(m_fixture->fetch(c.reference)).contains(id));
         QCOMPARE(relay.commands().size(), mark + 1); // only the list read
 
         // A list reply that refills the list while the question is open does not change what goes.
@@ -368,7 +375,7 @@ void RecordListsTest::removalAsksWithTheKindWordAndDeletesOnlyAfterYes()
         QCOMPARE(relay.commands().at(mark),
                  u"{Cmd=Delete}{Table=%1}{Id(N%2)=%3}"_s.arg(c.table).arg(id.size()).arg(id));
         QVERIFY(relay.commands().at(mark + 1).contains(u"{Ref="_s + c.reference + u'}'));
-        QVERIFY(!ListFixture::replyIds(m_fixture->lastReply(subRef)).contains(id));
+        QVERIFY(!ServerFixture::replyIds(m_fixture->lastReply(subRef)).contains(id));
         QCOMPARE(c.list->list()->topLevelItemCount(), count - 1);
         QVERIFY(!c.list->ids().contains(id));
     }

@@ -3,7 +3,7 @@
 // defaults on load, and the records they save.
 #include "isolation.h"
 #include "featurespage.h"
-#include "listfixture.h"
+#include "listreplies.h"
 #include "networkpage.h"
 #include "sitepage.h"
 
@@ -14,6 +14,7 @@
 #include <QLineEdit>
 #include <QSet>
 #include <QTableWidget>
+#include <QTest>
 
 using namespace Qt::StringLiterals;
 
@@ -86,9 +87,9 @@ private slots:
             << u"{PBX=TOSHIBA}"_s + net << QStringList{u"bPort"_s, u"bIp"_s, u"bIPPort"_s} << u"Tcp/Ip"_s;
         QTest::newRow("Toshiba on a serial port")
             << u"{PBX=toshiba}"_s + serial << QStringList{u"bPort"_s, u"bComm"_s} << u"Com2:"_s;
-        // Telrad's link is always serial: a stored network connection becomes the first port.
-        QTest::newRow("Telrad fixes a serial link")
-            << u"{PBX=TELRAD}"_s + net << QStringList{u"bPort"_s, u"bComm"_s} << u"Com1:"_s;
+        // Telrad's type fixes its link: the connection stored is kept as it is, network or port.
+        QTest::newRow("Telrad keeps a network link")
+            << u"{PBX=TELRAD}"_s + net << QStringList{u"bPort"_s} << u"Tcp/Ip"_s;
         QTest::newRow("Telrad keeps its port")
             << u"{PBX=TELRAD}{Comm=Com4:}"_s << QStringList{u"bPort"_s, u"bComm"_s} << u"Com4:"_s;
         // The Nortel is reached through its CTE: no connection to choose, auto-create only.
@@ -144,11 +145,12 @@ private slots:
         choose(type, u"Demonstration mode"_s);
         QCOMPARE(shownGroups(page), QStringList{u"pDemo"_s});
 
+        choose(comm, u"Com2:"_s);
         choose(type, u"TELRAD"_s);
         QCOMPARE(shownGroups(page), sorted({u"bPort"_s, u"bComm"_s}));
-        choose(comm, u"Tcp/Ip"_s); // not for a Telrad
-        QCOMPARE(comm->currentText(), u"Com1:"_s);
-        QCOMPARE(shownGroups(page), sorted({u"bPort"_s, u"bComm"_s}));
+        choose(comm, u"Tcp/Ip"_s); // the type fixes the link: nothing to change it into
+        QCOMPARE(comm->currentText(), u"Tcp/Ip"_s);
+        QCOMPARE(shownGroups(page), QStringList{u"bPort"_s});
 
         // The fixed lists offer what the site needs.
         for (const QString &entry : {u"AVAYA ECS"_s, u"Nortel BCM"_s, u"SIEMENS"_s, u"INTERTEL"_s,
@@ -202,14 +204,10 @@ private slots:
         QVERIFY(!child<QCheckBox>(page, u"AutoDir"_s)->isChecked());
         QVERIFY(child<QLineEdit>(page, u"sVMIP"_s)->text().isEmpty());
 
-        // Saved untouched, the type goes back as the server holds it; chosen, as the list names it.
-        RecordValues values;
-        page.save(values);
-        QCOMPARE(values.value(u"PBX"_s).toString(), u"NORTEL CTE"_s);
-        page.load(u"{PBX=AVAYA ECS}"_s);
-        choose(child<QComboBox>(page, u"sType"_s), u"Nortel BCM"_s);
-        page.save(values);
-        QCOMPARE(values.value(u"PBX"_s).toString(), u"Nortel BCM"_s);
+        // The type is written as the list names it, chosen or not.
+        RecordEntries entries;
+        page.save(entries);
+        QCOMPARE(entries.value(u"pbx"_s), u"{PBX(S10)=Nortel BCM}"_s);
     }
 
     void everyLabelAndBoxHasItsOwnMnemonic()
@@ -301,12 +299,11 @@ private slots:
         QTest::keyClicks(name, u"Harbour Site"_s);
         child<QLineEdit>(page, u"sLCR"_s)->clear();
 
-        RecordValues values;
-        page.save(values);
-        network.save(values);
-        const QString saved = SettingsRecord::Build(SettingsRecord::PbxTags(), values, stored);
+        RecordEntries entries;
+        page.save(entries);
+        network.save(entries);
+        const QString saved = RecordForm::assemble(SettingsRecord::PbxTags(), entries, stored);
 
-        QCOMPARE(SettingsRecord::PbxTags(), pbxOrder);
         // Cleared fields are left out; the check boxes are always written; unknown tags follow.
         const QStringList expected{u"AutoDir"_s,    u"Name"_s,        u"Trunk"_s,    u"Area"_s,
                                    u"Operator"_s,   u"PBX"_s,         u"Comm"_s,     u"Settings"_s,
@@ -321,7 +318,7 @@ private slots:
         QCOMPARE(GetText(saved, u"VMIp"_s), u"10.0.0.9"_s);
         QCOMPARE(GetText(saved, u"Licence"_s), u"ABC"_s);
         QCOMPARE(GetVar(saved, u"Expires"_s).toInt(), 2031);
-        QVERIFY(saved.contains(u"{Expires(N4)=2031}"_s));
+        QVERIFY(saved.endsWith(u"{Licence(S3)=ABC}{Expires(N4)=2031}"_s));
     }
 
     void featuresGridShowsCommonAndStoredFeatures()

@@ -7,7 +7,7 @@
 
 using namespace Qt::StringLiterals;
 
-Q_LOGGING_CATEGORY(lcPropertyWindows, "quill.main.windows")
+Q_LOGGING_CATEGORY(lcPropertyWindows, "quill.forms.windows")
 
 PropertyWindows::PropertyWindows(QObject *parent) : QObject(parent) {}
 
@@ -26,17 +26,36 @@ bool PropertyWindows::canOpen(const QString &table) const
     return m_openers.contains(table.toLower());
 }
 
-bool PropertyWindows::open(const QString &table, const QString &idText, QWidget *parent) const
+WindowResult PropertyWindows::open(const QString &table, const QString &idText, QWidget *parent) const
 {
     const auto found = m_openers.constFind(table.toLower());
     if (found == m_openers.constEnd()) {
         qCWarning(lcPropertyWindows) << "no property window for table" << table;
-        return false;
+        return WindowResult::cancelled();
     }
     // A copy: the opener may replace itself while its window is open.
     const Opener opener = found.value();
-    opener(idText, parent);
-    return true;
+    return opener(idText, parent);
+}
+
+WindowResult PropertyWindows::openFromList(const QString &table, const QString &idText, QWidget *parent,
+                                           const std::function<bool(const WindowResult &)> &updateInPlace,
+                                           const std::function<void()> &reload) const
+{
+    const WindowResult result = open(table, idText, parent);
+    switch (result.outcome) {
+    case WindowResult::Cancelled:
+        break;
+    case WindowResult::SavedExisting:
+        if (updateInPlace && updateInPlace(result))
+            break;
+        [[fallthrough]]; // nothing to show in place, or the entry has gone meanwhile
+    case WindowResult::SavedNew:
+        if (reload)
+            reload();
+        break;
+    }
+    return result;
 }
 
 QString PropertyWindows::unavailableTip()
