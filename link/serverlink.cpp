@@ -101,22 +101,6 @@ QString ReadCommand(const QString &key, const QVariant &id, const QString &extsS
     return {}; // "LOCALEXT" and unknown keys
 }
 
-QStringList AddCampaignChoice(const QStringList &entries, const QString &choice)
-{
-    static const QString doneMark = u" (Done)"_s;
-    QStringList result = entries;
-    for (qsizetype i = 0; i < result.size(); ++i) {
-        const qsizetype mark = result[i].indexOf(doneMark);
-        const QString name = mark >= 0 ? result[i].left(mark) : result[i];
-        if (name.compare(choice, Qt::CaseInsensitive) == 0) {
-            result.removeAt(i);
-            break;
-        }
-    }
-    result.append(choice);
-    return result;
-}
-
 } // namespace Commands
 
 ServerLink::ServerLink(usrSession &session, QObject *parent) : QObject(parent), m_session(session) {}
@@ -167,10 +151,11 @@ void ServerLink::HandleCallback(const QString &Message)
             return;
         }
         if (prefix == u"ADDCAMPAIGN"_s) {
-            auto *devices = dynamic_cast<ICampaignList *>(m_receivers.value(u"EXTS"_s).data());
-            if (devices)
-                devices->setCampaignEntries(
-                    Commands::AddCampaignChoice(devices->campaignEntries(), GetText(Message, u"Choice"_s)));
+            // The device window asked for it: it adds the chosen campaign to its own list.
+            if (IDataReceiver *devices = receiverFor(u"EXTS"_s))
+                devices->DataArrived(prefix, Message);
+            else
+                qCDebug(lcDispatch) << "campaign choice for a closed device window dropped";
             return;
         }
         if (!ignoredKinds.contains(prefix))

@@ -22,24 +22,12 @@ public:
     virtual void DataArrived(const QString &SubRef, const QString &Message) = 0;
 };
 
-// The device window's list of the device's campaigns, which the choice dialog's answer edits.
-class ICampaignList
-{
-public:
-    virtual ~ICampaignList() = default;
-    virtual QStringList campaignEntries() const = 0;
-    virtual void setCampaignEntries(const QStringList &entries) = 0;
-};
-
 // The command texts of the read catalogue, exactly as the server expects them.
 namespace Commands {
 QString DeviceFieldList(const QStringList &addressBookNames);
 // "" for an unknown key (and "LOCALEXT"): the caller still sends it.
 QString ReadCommand(const QString &key, const QVariant &id, const QString &extsSort, const QString &abSort,
                     const QStringList &addressBookNames);
-// The campaign list after the choice dialog's answer: an entry of that name (done or not) moves to
-// the end, unmarked.
-QStringList AddCampaignChoice(const QStringList &entries, const QString &choice);
 } // namespace Commands
 
 class ServerLink : public QObject
@@ -50,7 +38,8 @@ public:
 
     // Builds the read command for key (and id) and sends it; always exactly one send.
     void GetData(const QString &Key, const QVariant &Id = {});
-    // Routes one reply (or a local answer of the choice dialog) to the open window that asked.
+    // Routes one reply to the open window that asked. The choice dialog's answer to the device
+    // window ("{Ref=AddCampaign}{Choice=...}") reaches that window as DataArrived("ADDCAMPAIGN", ...).
     void HandleCallback(const QString &Message);
     // Sends a write command as it stands.
     void SendCommand(const QString &command);
