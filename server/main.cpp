@@ -105,7 +105,7 @@ int main(int argc, char *argv[])
     qSetMessagePattern(
         u"%{time yyyy-MM-ddThh:mm:ss.zzz} %{if-category}%{category} %{endif}%{type}: %{message}"_s);
     // The server's own lines are always shown, whatever the system's logging rules say.
-    QLoggingCategory::setFilterRules(u"quill.server.info=true"_s);
+    QLoggingCategory::setFilterRules(u"quill.server.info=true\nquill.server.*.info=true"_s);
 
     QCommandLineParser parser;
     parser.setApplicationDescription(
@@ -125,7 +125,15 @@ int main(int argc, char *argv[])
         u"Create the admin account NAME (or set its password); the password is read from stdin. Then exit."_s,
         u"NAME"_s);
     const QCommandLineOption seedOption(u"seed-demo"_s, u"Load the demo site into an empty database."_s);
-    parser.addOptions({listenOption, dbOption, certOption, keyOption, addUserOption, seedOption});
+    const QCommandLineOption backOffOption(
+        u"login-backoff"_s,
+        u"After %1 failed log-ins in a row from one address, further log-ins from it are refused for "
+        "MS milliseconds, twice as long after each further failure, up to 300 times MS; a good log-in "
+        "or 900 times MS without a failure starts afresh (default 1000; short values are for tests)."_s.arg(
+            LogInLimits().failuresBeforeBackOff),
+        u"MS"_s, u"1000"_s);
+    parser.addOptions(
+        {listenOption, dbOption, certOption, keyOption, addUserOption, seedOption, backOffOption});
     parser.process(app);
 
     QuillServer server;
@@ -150,6 +158,15 @@ int main(int argc, char *argv[])
     }
     if (parser.isSet(certOption) && !server.setTls(parser.value(certOption), parser.value(keyOption), &error))
         return 1;
+
+    bool backOffOk = false;
+    const int backOffMs = parser.value(backOffOption).toInt(&backOffOk);
+    if (!backOffOk || backOffMs < 1 || backOffMs > 3600 * 1000) {
+        qCCritical(lcServer).noquote()
+            << "--login-backoff wants milliseconds from 1 to 3600000, not" << parser.value(backOffOption);
+        return 2;
+    }
+    server.setLogInLimits(LogInLimits::withFirstBackOff(std::chrono::milliseconds(backOffMs)));
 
     QHostAddress address;
     quint16 port = 0;

@@ -10,6 +10,7 @@
 
 #include <QFile>
 #include <QMutexLocker>
+#include <QPointer>
 #include <QSslCertificate>
 #include <QSslKey>
 #include <QWebSocket>
@@ -185,27 +186,41 @@ QString QuillServer::createOneTimeToken()
     return token;
 }
 
-QuillServer::LogIn QuillServer::logIn(const QString &user, const QString &password, const QString &token)
+void QuillServer::setLogInLimits(const LogInLimits &limits)
 {
-    if (!token.isEmpty()) {
-        const QByteArray offered = token.toUtf8();
-        QMutexLocker lock(&m_tokenLock);
-        qsizetype match = -1;
-        for (qsizetype i = 0; i < m_tokens.size(); ++i) {
-            if (Credentials::ConstantTimeEquals(m_tokens[i].toUtf8(), offered))
-                match = i;
-        }
-        if (match < 0)
-            return LogIn::Refused;
-        m_tokens.removeAt(match); // good for one log-in only
-        return LogIn::Accepted;
+    m_logInGate.setLimits(limits);
+}
+
+bool QuillServer::acceptToken(const QString &token)
+{
+    const QByteArray offered = token.toUtf8();
+    QMutexLocker lock(&m_tokenLock);
+    qsizetype match = -1;
+    for (qsizetype i = 0; i < m_tokens.size(); ++i) {
+        if (Credentials::ConstantTimeEquals(m_tokens[i].toUtf8(), offered))
+            match = i;
     }
-    const auto account = user.trimmed().isEmpty() ? std::nullopt : m_store->account(user.trimmed());
-    if (!account) {
-        Credentials::WasteVerification(password);
-        return LogIn::Refused;
-    }
-    return Credentials::Verify(password, *account) ? LogIn::Accepted : LogIn::Refused;
+    if (match < 0)
+        return false;
+    m_tokens.removeAt(match); // good for one log-in only
+    return true;
+}
+
+std::optional<LogInGate::Answer> QuillServer::checkPassword(Session *session, const QString &user,
+                                                            const QString &password, LogInGate::Done done)
+{
+    // The account is read here, in the thread the database belongs to; only the hashing moves.
+    const QString name = user.trimmed();
+    const auto account = name.isEmpty() || !m_store->isOpen() ? std::nullopt : m_store->account(name);
+    const QString who = u"log-in of user \"%1\" from %2"_s.arg(user.left(40), session->peer());
+    return m_logInGate.check(session->peerAddress(), account, password,
+                             [this, session = QPointer<Session>(session), who,
+                              done = std::move(done)](const LogInGate::Answer &answer) {
+                                 if (session)
+                                     done(answer);
+                                 else if (answer.verdict == LogInGate::Verdict::Refused)
+                                     refuse(who + u"; the client had gone"_s); // a guess all the same
+                             });
 }
 
 QString QuillServer::execute(const QString &command)
@@ -240,6 +255,7 @@ void QuillServer::close()
         delete m_server;
         m_server = nullptr;
     }
+    m_logInGate.stop();
     const QList<Session *> sessions = m_sessions;
     m_sessions.clear();
     for (Session *session : sessions) {

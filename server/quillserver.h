@@ -3,6 +3,8 @@
 // sessions. Used by quillserverd and, in-process, by the tool's embedded demo server.
 #pragma once
 
+#include "logingate.h"
+
 #include <QHostAddress>
 #include <QMutex>
 #include <QObject>
@@ -47,6 +49,8 @@ public:
     bool addUser(const QString &name, const QString &password);
     // A log-in token good for one log-in ("{Session=Login}{Token(S..)=...}").
     QString createOneTimeToken();
+    // How failed password log-ins are held off, and how many are checked at once.
+    void setLogInLimits(const LogInLimits &limits);
 
     // Runs one command and returns its reply ("" when it has none). Refusals are logged.
     QString execute(const QString &command);
@@ -63,14 +67,18 @@ signals:
 
 private:
     friend class Session;
-    enum class LogIn { Accepted, Refused };
-    // Checks a log-in frame's credentials; who receives the user (or "token") for the log.
-    LogIn logIn(const QString &user, const QString &password, const QString &token);
+    // True when token is one of the one-time tokens, which it spends.
+    bool acceptToken(const QString &token);
+    // Checks a user's password off this thread (see LogInGate::check); done is not called once
+    // the session has gone.
+    std::optional<LogInGate::Answer> checkPassword(Session *session, const QString &user,
+                                                   const QString &password, LogInGate::Done done);
     void refuse(const QString &reason);
     void sessionEnded(Session *session);
 
     std::unique_ptr<Store> m_store;
     std::unique_ptr<CommandProcessor> m_commands;
+    LogInGate m_logInGate{this};
     QWebSocketServer *m_server = nullptr;
     QList<Session *> m_sessions;
     QSslConfiguration m_tls;

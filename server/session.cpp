@@ -64,6 +64,11 @@ QString Session::peer() const
     return m_peer;
 }
 
+QHostAddress Session::peerAddress() const
+{
+    return m_socket->peerAddress();
+}
+
 void Session::abort()
 {
     if (m_closing)
@@ -83,6 +88,14 @@ void Session::frameArrived(const QString &frame)
 {
     if (m_closing)
         return;
+    if (m_checking) {
+        m_earlyChars += quint64(frame.size());
+        if (m_earlyChars > MaxFrameBytes)
+            refuseAndClose(u"over 16 MiB of frames while the log-in was checked"_s);
+        else
+            m_early.append(frame);
+        return;
+    }
     if (!m_loggedIn) {
         if (frame.startsWith(u"{Session=Login}"_s, Qt::CaseInsensitive))
             logIn(frame);
@@ -123,23 +136,75 @@ void Session::logIn(const QString &frame)
     const QString user = frameTag(entries, u"User");
     const QString token = frameTag(entries, u"Token");
     const QString app = frameTag(entries, u"App");
-    if (m_server.logIn(user, frameTag(entries, u"Password"), token) != QuillServer::LogIn::Accepted) {
-        QString logout = u"{Session=LOGOUT}"_s;
-        AddVar(logout, u"Reason"_s,
-               token.isEmpty() ? u"Unknown user or wrong password"_s : u"The log-in token is not valid"_s);
-        m_socket->sendTextMessage(logout);
-        m_socket->flush();
-        const QString who = token.isEmpty() ? u"user \"%1\""_s.arg(user.left(40)) : u"a token"_s;
-        refuseAndClose(u"log-in of "_s + who);
+    if (!token.isEmpty()) {
+        if (m_server.acceptToken(token))
+            startServing(u"(token)"_s, app);
+        else
+            refuseLogIn(u"The log-in token is not valid"_s, u"log-in of a token"_s);
         return;
     }
+    // The hash is slow on purpose: it is worked out elsewhere while this thread serves the others.
+    m_checking = true;
+    const auto answer = m_server.checkPassword(
+        this, user, frameTag(entries, u"Password"),
+        [this, user, app](const LogInGate::Answer &checked) { logInChecked(user, app, checked); });
+    if (answer)
+        logInChecked(user, app, *answer);
+}
+
+void Session::logInChecked(const QString &user, const QString &app, const LogInGate::Answer &answer)
+{
+    m_checking = false;
+    if (m_closing) {
+        m_early.clear();
+        return;
+    }
+    const QString who = u"log-in of user \"%1\""_s.arg(user.left(40));
+    switch (answer.verdict) {
+    case LogInGate::Verdict::Accepted:
+        startServing(user, app);
+        return;
+    case LogInGate::Verdict::Refused:
+        refuseLogIn(u"Unknown user or wrong password"_s, who);
+        return;
+    case LogInGate::Verdict::HeldOff:
+        refuseLogIn(
+            u"Too many failed log-ins from this address; try again in %1 s"_s.arg(answer.retryAfter.count()),
+            who + u" held off after failed log-ins"_s);
+        return;
+    case LogInGate::Verdict::Busy:
+        refuseLogIn(u"Too many log-ins at once; try again shortly"_s,
+                    who + u" with too many log-ins at once"_s);
+        return;
+    }
+}
+
+void Session::startServing(const QString &user, const QString &app)
+{
     m_loggedIn = true;
     m_logInTimer.stop();
-    m_user = token.isEmpty() ? user : u"(token)"_s;
+    m_user = user;
     qCInfo(lcServer).noquote() << "session of" << m_user << "from" << m_peer << "opened"
                                << (app.isEmpty() ? QString() : u"by "_s + app.left(60));
     m_socket->sendTextMessage(u"{Session=LOGIN}"_s);
     m_socket->sendTextMessage(u"{Session=READY}"_s);
+    const QStringList early = std::exchange(m_early, {});
+    m_earlyChars = 0;
+    for (const QString &frame : early) {
+        if (m_closing)
+            break;
+        frameArrived(frame);
+    }
+}
+
+void Session::refuseLogIn(const QString &reason, const QString &what)
+{
+    m_early.clear();
+    QString logout = u"{Session=LOGOUT}"_s;
+    AddVar(logout, u"Reason"_s, reason);
+    m_socket->sendTextMessage(logout);
+    m_socket->flush();
+    refuseAndClose(what);
 }
 
 void Session::sessionFrame(const QString &frame)

@@ -2,8 +2,12 @@
 // One client connection: its log-in, then one command per text frame, one reply per frame.
 #pragma once
 
+#include "logingate.h"
+
+#include <QHostAddress>
 #include <QObject>
 #include <QString>
+#include <QStringList>
 #include <QTimer>
 
 class QWebSocket;
@@ -22,6 +26,7 @@ public:
     ~Session() override;
 
     QString peer() const;
+    QHostAddress peerAddress() const;
     // Ends the session from the server's side.
     void abort();
 
@@ -32,6 +37,9 @@ private:
     void frameArrived(const QString &frame);
     void binaryArrived();
     void logIn(const QString &frame);
+    void logInChecked(const QString &user, const QString &app, const LogInGate::Answer &answer);
+    void startServing(const QString &user, const QString &app);
+    void refuseLogIn(const QString &reason, const QString &what);
     void sessionFrame(const QString &frame);
     void refuseAndClose(const QString &reason);
     void disconnected();
@@ -42,5 +50,10 @@ private:
     QString m_peer;
     QString m_user;
     bool m_loggedIn = false;
+    // While the password is checked: the frames that came behind the log-in, served once it is
+    // accepted.
+    bool m_checking = false;
+    QStringList m_early;
+    quint64 m_earlyChars = 0;
     bool m_closing = false;
 };
