@@ -1,12 +1,18 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Bad input of every kind: the server refuses it with one log line each, keeps running and keeps
-// its stored data exactly as it was.
+// its stored data exactly as it was. A flood of failing log-ins neither stalls the sessions at
+// work nor gets many tries.
 #include "serverharness.h"
 #include "tagvalue.h"
 
+#include <QElapsedTimer>
 #include <QRandomGenerator>
 #include <QTcpSocket>
 #include <QTest>
+#include <QThread>
+#include <QTimer>
+
+#include <atomic>
 
 using namespace Qt::StringLiterals;
 
@@ -87,6 +93,55 @@ public:
 private:
     QTcpSocket m_socket;
 };
+
+// Log-ins of a user without an account from a few connections at once, each connecting again
+// shortly after its answer: enough to keep the password checks busy, yet little work apart from
+// them. It runs in a thread of its own, so that it never waits on the session the test measures.
+class PasswordFlood : public QThread
+{
+public:
+    PasswordFlood(const QUrl &url, int connections) : m_url(url), m_connections(connections) {}
+    ~PasswordFlood() override { stop(); }
+    void stop()
+    {
+        quit();
+        wait();
+    }
+    // Answers that say the password was checked, and all answers (the rest were turned away
+    // without a check).
+    int checked() const { return m_checked; }
+    int answers() const { return m_answers; }
+
+protected:
+    void run() override
+    {
+        QString logIn = u"{Session=Login}"_s;
+        AddVar(logIn, u"User"_s, u"intruder"_s);
+        AddVar(logIn, u"Password"_s, u"guess"_s);
+        std::vector<std::unique_ptr<QWebSocket>> sockets;
+        for (int i = 0; i < m_connections; ++i) {
+            QWebSocket *socket = sockets.emplace_back(std::make_unique<QWebSocket>()).get();
+            connect(socket, &QWebSocket::connected, socket,
+                    [socket, logIn] { socket->sendTextMessage(logIn); });
+            connect(socket, &QWebSocket::textMessageReceived, socket, [this](const QString &answer) {
+                if (GetText(answer, u"Reason"_s) == u"Unknown user or wrong password"_s)
+                    ++m_checked;
+                ++m_answers;
+            });
+            connect(socket, &QWebSocket::disconnected, socket, [this, socket] {
+                QTimer::singleShot(10, socket, [this, socket] { socket->open(m_url); });
+            });
+            socket->open(m_url);
+        }
+        exec();
+    }
+
+private:
+    QUrl m_url;
+    int m_connections;
+    std::atomic<int> m_checked = 0;
+    std::atomic<int> m_answers = 0;
+};
 } // namespace
 
 class tst_ServerAbuse : public QObject
@@ -101,6 +156,7 @@ private slots:
     void truncatedAndRandomFramesChangeNothing();
     void oversizeFramesCloseOnlyTheirOwnConnection();
     void aThousandDroppedConnectionsLeaveTheServerServing();
+    void aPasswordFloodNeitherStallsSessionsNorGetsManyTries();
 
 private:
     // Every record of every table, with all its fields: what must never change.
@@ -116,7 +172,8 @@ void tst_ServerAbuse::initTestCase()
 {
     m_server = std::make_unique<ServerProcess>();
     QVERIFY(m_server->addUser(adminUser, adminPassword));
-    QVERIFY(m_server->start({u"--seed-demo"_s}));
+    // A short back-off, so that the flood test can see it run out.
+    QVERIFY(m_server->start({u"--seed-demo"_s, u"--login-backoff"_s, u"20"_s}));
     m_client = std::make_unique<RawClient>();
     QVERIFY(m_client->open(m_server->url()));
     QVERIFY(m_client->logIn(adminUser, adminPassword));
@@ -314,6 +371,55 @@ void tst_ServerAbuse::aThousandDroppedConnectionsLeaveTheServerServing()
     QVERIFY(stillServing());
     QCOMPARE(m_client->request(ping), echo);
     QCOMPARE(snapshot(), m_before);
+}
+
+void tst_ServerAbuse::aPasswordFloodNeitherStallsSessionsNorGetsManyTries()
+{
+    // A session at work pings at a steady pace, a short pause after each answer: its rate shows the
+    // stalls of the thread that serves it, not how busy the machine is.
+    constexpr int pings = 100;
+    QElapsedTimer clock;
+    int answered = 0;
+    const auto pingRate = [&](const auto &goOn) {
+        answered = 0;
+        clock.start();
+        while (goOn() && clock.elapsed() < 60000 && m_client->request(ping) == echo) {
+            ++answered;
+            QTest::qWait(5);
+        }
+        return answered / double(clock.nsecsElapsed());
+    };
+    const double aloneBefore = pingRate([&] { return answered < pings; });
+    QCOMPARE(answered, pings);
+
+    const int refusalsBefore = m_server->refusalLines();
+    PasswordFlood flood(m_server->url(), 4);
+    flood.start();
+    QVERIFY(QTest::qWaitFor([&] { return flood.answers() > 0; }, 10000));
+    // On until the flood has used up its free tries and met the back-off many times.
+    const double withFlood =
+        pingRate([&] { return answered < pings || flood.checked() <= 5 || flood.answers() < 200; });
+    flood.stop();
+    QVERIFY(answered >= pings);
+    // Alone before and after, so that a change in the machine's load counts on both sides.
+    const double alone = (aloneBefore + pingRate([&] { return answered < pings; })) / 2;
+    qInfo("pings alone %.0f/s, during the flood %.0f/s; %d of %d flood log-ins checked", alone * 1e9,
+          withFlood * 1e9, flood.checked(), flood.answers());
+
+    QVERIFY2(withFlood >= alone / 2, "a flood of failing log-ins stalled a working session");
+    // The guesser had its first few tries, then one each time the back-off (doubling) ran out.
+    QVERIFY2(flood.checked() <= 20 && flood.checked() * 10 < flood.answers(),
+             "the back-off let the flood try on");
+    QTRY_VERIFY(m_server->refusalLines() >= refusalsBefore + flood.answers());
+
+    // The same address logs in with the right password once its back-off has run out.
+    QVERIFY(QTest::qWaitFor(
+        [&] {
+            RawClient client;
+            return client.open(m_server->url()) && client.logIn(adminUser, adminPassword);
+        },
+        30000));
+    QVERIFY(stillServing());
 }
 
 QTEST_GUILESS_MAIN(tst_ServerAbuse)

@@ -27,6 +27,7 @@ private slots:
     void framesBeforeLogInAreRefusedAndTheConnectionClosed();
     void sessionsShareCommittedWritesAndLogOut();
     void repliesOverTheLimitAreNotSent();
+    void passwordChecksOutliveTheirSessionsAndTheServerStopsCleanly();
     void tlsSessionsWork();
 
 private:
@@ -73,9 +74,17 @@ void tst_ServerSession::logInAcceptsTheRightPasswordOnly()
     }
     QTRY_COMPARE(m_server->refusalLines(), refusalsBefore + 2);
 
+    // A command sent right behind the log-in, while the password is still being checked, is
+    // answered after READY.
     RawClient caseless;
     QVERIFY(caseless.open(m_server->url()));
-    QVERIFY(caseless.logIn(u"Admin"_s, adminPassword));
+    QString logIn = u"{Session=Login}"_s;
+    AddVar(logIn, u"User"_s, u"Admin"_s);
+    AddVar(logIn, u"Password"_s, adminPassword);
+    caseless.send(logIn);
+    caseless.send(u"{Cmd=Ping}{Handler=Branch}"_s);
+    for (const QString &expected : {u"{Session=LOGIN}"_s, u"{Session=READY}"_s, u"{Cmd=PINGECHO}"_s})
+        QCOMPARE(caseless.next().value_or(QString()), expected);
 
     // Passwords never reach the log, right or wrong.
     const QString log = m_server->log();
@@ -165,6 +174,41 @@ void tst_ServerSession::repliesOverTheLimitAreNotSent()
     const QString names =
         client.request(u"{Cmd=GetList}{Table=Scripts}{Ref=MAIN-SCRIPTS}{Fields=Id,Name}{Sort=Name}"_s);
     QVERIFY(names.contains(u"Big 2"_s));
+}
+
+void tst_ServerSession::passwordChecksOutliveTheirSessionsAndTheServerStopsCleanly()
+{
+    ServerProcess server; // its own, as it ends with checks under way
+    QVERIFY(QFile::copy(m_server->dbFile(), server.dbFile()));
+    QVERIFY(server.start());
+    QString wrong = u"{Session=Login}"_s;
+    AddVar(wrong, u"User"_s, adminUser);
+    AddVar(wrong, u"Password"_s, wrongPassword);
+
+    // Clients that hang up while their password is checked: the answer finds no session, and the
+    // failed log-in is logged all the same.
+    for (int i = 0; i < 3; ++i) {
+        RawClient gone;
+        QVERIFY(gone.open(server.url()));
+        gone.send(wrong);
+        gone.socket().flush();
+        gone.socket().abort();
+    }
+    RawClient good;
+    QVERIFY(good.open(server.url()));
+    QVERIFY(good.logIn(adminUser, adminPassword));
+    QCOMPARE(good.request(u"{Cmd=Ping}{Handler=Branch}"_s), u"{Cmd=PINGECHO}"_s);
+    QTRY_COMPARE(server.refusalLines(), 3);
+
+    // Stopped while checks run and wait: it ends by itself, with status 0.
+    std::vector<std::unique_ptr<RawClient>> waiting;
+    for (int i = 0; i < 3; ++i) {
+        QVERIFY(waiting.emplace_back(std::make_unique<RawClient>())->open(server.url()));
+        waiting.back()->send(wrong);
+    }
+    QVERIFY(good.sync()); // the log-ins have arrived
+    QVERIFY(server.stop());
+    QVERIFY(!server.log().contains(wrongPassword));
 }
 
 void tst_ServerSession::tlsSessionsWork()
