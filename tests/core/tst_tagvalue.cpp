@@ -1,24 +1,24 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Reading and writing tagged-value strings exactly as the server and the other clients do.
+// Reading and writing tagged-value strings exactly as the server and the other clients do; every
+// named read here is also put to the fast reader, which must answer alike.
 #include "errorlog.h"
 #include "isolation.h"
 #include "tagentries.h"
+#include "tagreader.h"
 #include "tagvalue.h"
 
+#include <QDir>
+#include <QFile>
+#include <QProcess>
 #include <QTest>
+
+#include <clocale>
+#include <limits>
 
 using namespace Qt::StringLiterals;
 
 namespace {
-// The record every new device starts from, with its deliberate second Buttons entry.
-const QString deviceDefault =
-    u"{CanDial=1}{CallLog=1}{ViewAB=1}{EditOwn=1}{EditAB=1}{ConfigButtons=1}{ViewBLF=1}{AllowPickup=1}"
-    "{ViewTodo=1}{ViewFeatures=1}{Preview=1}{BLFName=1}{Buttons(S9)=4 buttons}"
-    "{btn0(S53)={Type(S13)=Answer/Hangup}{Display(S13)=Answer/Hangup}}"
-    "{btn1(S53)={Type(S13)=Answer/Hangup}{Display(S13)=Answer/Hangup}}"
-    "{btn2(S49)={Type(S11)=Hold/Unhold}{Display(S11)=Hold/Unhold}}"
-    "{btn3(S51)={Type(S12)=Show Contact}{Display(S12)=Show Contact}}{btn4(S17)={Type(S6)=(None)}}"
-    "{Buttons(S9)=4 buttons}"_s;
+const QVariant none = u"<none>"_s; // the default passed in: what a missing entry reads as
 } // namespace
 
 class TagValueTest : public QObject
@@ -29,168 +29,248 @@ class TagValueTest : public QObject
 private slots:
     void initTestCase() { QVERIFY(m_scratch.enter()); }
 
-    void buildsCommandsByteForByte()
+    void writesEntriesByteForByte_data()
     {
-        QString vars = u"{Cmd=SetFields}{Table=Scripts}"_s;
-        AddVar(vars, u"Fields"_s, u"{Name(S5)=Daily}"_s);
-        AddVar(vars, u"Id"_s, u"7"_s);
-        QCOMPARE(vars, u"{Cmd=SetFields}{Table=Scripts}{Fields(S16)={Name(S5)=Daily}}{Id(S1)=7}"_s);
-
-        // A script record with an empty parameter list leaves the field out.
-        QString fields;
-        AddVar(fields, u"Name"_s, u"Daily"_s);
-        AddVar(fields, u"Params"_s, QString());
-        AddVar(fields, u"Script"_s, u"Beep"_s);
-        QString message = u"{Cmd=SetFields}{Table=Scripts}"_s;
-        AddVar(message, u"Fields"_s, fields);
-        AddVar(message, u"Id"_s, u"7"_s);
-        QCOMPARE(message, u"{Cmd=SetFields}{Table=Scripts}{Fields(S33)={Name(S5)=Daily}{Script(S4)=Beep}}{Id(S1)=7}"_s);
-    }
-
-    void rebuildsTheDeviceDefaultRecord()
-    {
-        auto button = [](const QString &type) {
-            QString b;
-            AddVar(b, u"Type"_s, type);
-            if (type != u"(None)"_s)
-                AddVar(b, u"Display"_s, type);
-            return b;
+        QTest::addColumn<QString>("before");
+        QTest::addColumn<QVariant>("name"); // a number writes by position
+        QTest::addColumn<QVariant>("value");
+        QTest::addColumn<bool>("keepEmpty");
+        QTest::addColumn<QString>("after");
+        const auto row = [](const char *tag, const QString &before, const QVariant &name,
+                            const QVariant &value, const QString &after, bool keepEmpty = false) {
+            QTest::newRow(tag) << before << name << value << keepEmpty << after;
         };
-        QString record = deviceDefault.left(deviceDefault.indexOf(u"{Buttons"_s));
-        AddVar(record, u"Buttons"_s, u"4 buttons"_s);
-        AddVar(record, u"btn0"_s, button(u"Answer/Hangup"_s));
-        AddVar(record, u"btn1"_s, button(u"Answer/Hangup"_s));
-        AddVar(record, u"btn2"_s, button(u"Hold/Unhold"_s));
-        AddVar(record, u"btn3"_s, button(u"Show Contact"_s));
-        AddVar(record, u"btn4"_s, button(u"(None)"_s));
-        record += u"{Buttons(S9)=4 buttons}"_s;
-        QCOMPARE(record, deviceDefault);
-        QCOMPARE(GetVar(deviceDefault, u"btn0"_s).toString().size(), 53);
+        row("nested record", u"{Cmd=SetFields}{Table=Scripts}"_s, u"Fields"_s,
+            u"{Name(S5)=Daily}{Script(S4)=Beep}"_s,
+            u"{Cmd=SetFields}{Table=Scripts}{Fields(S33)={Name(S5)=Daily}{Script(S4)=Beep}}"_s);
+        row("text", QString(), u"Id"_s, u"7"_s, u"{Id(S1)=7}"_s);
+        row("whole number", QString(), u"Int"_s, 17, u"{Int(N2)=17}"_s);
+        row("real number", QString(), u"Real"_s, 12.5, u"{Real(N4)=12.5}"_s);
+        row("true", QString(), u"Flag"_s, true, u"{Flag(S4)=True}"_s);
+        row("false", QString(), u"Off"_s, false, u"{Off(S5)=False}"_s);
+        row("date and time", QString(), u"When"_s, QDateTime(QDate(2026, 3, 2), QTime(9, 15)),
+            u"{When(D19)=2026-03-02T09:15:00}"_s);
+        row("date", QString(), u"Day"_s, QDate(2026, 3, 2), u"{Day(D19)=2026-03-02T00:00:00}"_s);
+        row("time on the zero day", QString(), u"At"_s, QTime(9, 15), u"{At(D19)=1899-12-30T09:15:00}"_s);
+        row("length in UTF-16 units", QString(), u"Name"_s, u"caf\u00e9 \U0001F600"_s,
+            u"{Name(S7)=caf\u00e9 \U0001F600}"_s);
+        row("old entry found in any case", u"{CanDial=1}{CallLog=1}"_s, u"CANDIAL"_s, 1,
+            u"{CallLog=1}{CANDIAL(N1)=1}"_s);
+        row("only the first of two goes", u"{B(S1)=1}{X=0}{B(S1)=2}"_s, u"b"_s, u"3"_s,
+            u"{X=0}{B(S1)=2}{b(S1)=3}"_s);
+        row("sized goes before an earlier plain", u"{A=p}{A(S1)=s}"_s, u"A"_s, u"n"_s, u"{A=p}{A(S1)=n}"_s);
+        row("plain goes through its first }", u"{Cmd=GetList}{Table=Exts}"_s, u"table"_s, u"AB"_s,
+            u"{Cmd=GetList}{table(S2)=AB}"_s);
+        row("plain without } goes to the end", u"{A(S1)=x}{Notes=open"_s, u"notes"_s, u"n"_s,
+            u"{A(S1)=x}{notes(S1)=n}"_s);
+        row("sized goes by its length", u"{Notes(S6)={a}{b}}{X=1}"_s, u"Notes"_s, u"n"_s,
+            u"{X=1}{Notes(S1)=n}"_s);
+        row("empty only removes", u"{A(S1)=x}{B(S1)=y}"_s, u"A"_s, QString(), u"{B(S1)=y}"_s);
+        row("keepEmpty writes an empty entry", u"{B(S1)=y}"_s, u"B"_s, QString(), u"{B(S0)=}"_s, true);
+        row("empty name drops a leading empty entry", u"{(S0)=}{A(S1)=x}"_s, QString(), u"v"_s,
+            u"{A(S1)=x}"_s);
+        row("position 1 rewrites the first", u"{A(S1)=x}{B(S5)={C=1}}"_s, 1, u"z"_s,
+            u"{B(S5)={C=1}}{A(S1)=z}"_s);
+        row("position 2 changes nothing", u"{A(S1)=x}{B(S5)={C=1}}"_s, 2, u"z"_s,
+            u"{A(S1)=x}{B(S5)={C=1}}"_s);
     }
 
-    void namedReadsAreTextualAndCaseBlind()
+    void writesEntriesByteForByte()
     {
-        // The named search does not skip nested values: Type comes out of btn0.
-        QCOMPARE(GetText(deviceDefault, u"Type"_s), u"Answer/Hangup"_s);
-        QCOMPARE(GetText(deviceDefault, u"candial"_s), u"1"_s);
-        QCOMPARE(GetText(deviceDefault, u"Buttons"_s), u"4 buttons"_s);
-        // A name never matches a longer one.
-        QCOMPARE(GetVar(u"{Ext=201}"_s, u"Ex"_s, u"none"_s).toString(), u"none"_s);
-        // The sized form wins over an earlier plain entry of the same name.
-        QCOMPARE(GetText(u"{A=plain}{A(S5)=sized}"_s, u"a"_s), u"sized"_s);
-        // A sized value is taken by its length, braces and all; a plain value stops at "}".
-        QCOMPARE(GetText(u"{Notes(S11)=a}{Name=x}b}"_s, u"Notes"_s), u"a}{Name=x}b"_s);
-        QCOMPARE(GetText(u"{Notes=a}b}"_s, u"Notes"_s), u"a"_s);
-        QCOMPARE(GetText(u"{Notes=open"_s, u"Notes"_s), u"open"_s);
-        QCOMPARE(GetVar(u"{Notes(S0)=}"_s, u"Notes"_s, u"x"_s).toString(), QString());
-        // Length past the end yields what exists; a missing type letter reads as text.
-        QCOMPARE(GetText(u"{A(S40)=short}"_s, u"A"_s), u"short}"_s);
-        QCOMPARE(GetText(u"{A(3)=abcdef}"_s, u"A"_s), u"abc"_s);
-        // Missing: the default, or empty.
-        QCOMPARE(GetVar(u"{A=1}"_s, u"B"_s, 42).toInt(), 42);
-        QVERIFY(!GetVar(u"{A=1}"_s, u"B"_s).isValid());
+        QFETCH(QString, before);
+        QFETCH(QVariant, name);
+        QFETCH(QVariant, value);
+        QFETCH(bool, keepEmpty);
+        QString vars = before;
+        if (name.typeId() == QMetaType::Int)
+            AddVar(vars, name.toInt(), value, keepEmpty);
+        else
+            AddVar(vars, name.toString(), value, keepEmpty);
+        QTEST(vars, "after");
     }
 
-    void valuesConvertByTheirTypeLetter()
+    void namedReadsFollowTheWireRules_data()
     {
-        QCOMPARE(GetVar(u"{Count(N3)=0.5}"_s, u"Count"_s).typeId(), QMetaType::Double);
-        QCOMPARE(GetVar(u"{Count(N3)=0.5}"_s, u"Count"_s).toDouble(), 0.5);
-        QCOMPARE(GetVar(u"{Count(S3)=0.5}"_s, u"Count"_s).typeId(), QMetaType::QString);
-        QCOMPARE(GetVar(u"{Count=0.5}"_s, u"Count"_s).toString(), u"0.5"_s);
-        QCOMPARE(GetVar(u"{N(N4)=12ab}"_s, u"N"_s).toDouble(), 12.0);
-
-        QString vars;
-        AddVar(vars, u"Int"_s, 17);
-        AddVar(vars, u"Real"_s, 12.5);
-        AddVar(vars, u"Flag"_s, true);
-        AddVar(vars, u"Off"_s, false);
-        const QDateTime when(QDate(2026, 3, 2), QTime(9, 15, 0));
-        AddVar(vars, u"When"_s, when);
-        QCOMPARE(vars, u"{Int(N2)=17}{Real(N4)=12.5}{Flag(S4)=True}{Off(S5)=False}{When(D19)=2026-03-02T09:15:00}"_s);
-        QCOMPARE(GetVar(vars, u"When"_s).toDateTime(), when);
-        QCOMPARE(GetVar(vars, u"Int"_s).toInt(), 17);
+        QTest::addColumn<QString>("vars");
+        QTest::addColumn<QString>("name");
+        QTest::addColumn<QVariant>("expected");
+        const auto row = [](const char *tag, const QString &vars, const QString &name,
+                            const QVariant &expected) { QTest::newRow(tag) << vars << name << expected; };
+        // Names that fold, or do not, as QString's case-insensitive search folds them.
+        const QString folding = u"{\u212Aey(S1)=k}{Σx(S1)=s}{\U00010400n(S1)=d}{Straße(S1)=b}{İd(S1)=i}"_s;
+        row("nested values are searched", u"{btn0(S17)={Type(S6)=Answer}}{Type(S1)=x}"_s, u"type"_s,
+            u"Answer"_s);
+        row("first of two wins", u"{A(S5)=first}{a(S6)=second}"_s, u"A"_s, u"first"_s);
+        row("sized wins over an earlier plain", u"{A=plain}{A(S5)=sized}"_s, u"a"_s, u"sized"_s);
+        row("no prefix match", u"{Ext=201}"_s, u"Ex"_s, none);
+        row("a number is a name", u"{A(S1)=x}{B(S5)={C=1}}"_s, u"2"_s, none);
+        row("sized value by its length", u"{Notes(S11)=a}{Name=x}b}"_s, u"Notes"_s, u"a}{Name=x}b"_s);
+        row("plain value to its }", u"{Notes=a}b}"_s, u"Notes"_s, u"a"_s);
+        row("plain value to the end", u"{Notes=open"_s, u"Notes"_s, u"open"_s);
+        row("empty sized value", u"{Notes(S0)=}"_s, u"Notes"_s, QString());
+        row("length past the end", u"{A(S99)=ab}"_s, u"A"_s, u"ab}"_s);
+        row("no type letter", u"{A(3)=abcd}"_s, u"A"_s, u"abc"_s);
+        row("blanks before the length", u"{A(S 3)=abcd}"_s, u"A"_s, u"abc"_s);
+        row("leading zeros", u"{A(S0012)=abcdefghijklmnop}"_s, u"A"_s, u"abcdefghijkl"_s);
+        row("half rounds down to even", u"{A(S2.5)=abcd}"_s, u"A"_s, u"ab"_s);
+        row("half rounds up to even", u"{A(S3.5)=abcde}"_s, u"A"_s, u"abcd"_s);
+        row("length with exponent", u"{A(S1e1)=abcdefghijkl}"_s, u"A"_s, u"abcdefghij"_s);
+        row("exponent without digits", u"{A(S1e)=ab}"_s, u"A"_s, u"a"_s);
+        row("negative length", u"{A(S-1)=ab}"_s, u"A"_s, QString());
+        row("unknown letter", u"{A(X3)=abcd}"_s, u"A"_s, u"abc"_s);
+        row("0 is the letter", u"{A(0N2)=12}"_s, u"A"_s, QString());
+        row("no =", u"{A(S3}"_s, u"A"_s, QString());
+        row("S keeps text", u"{Count(S3)=0.5}"_s, u"count"_s, u"0.5"_s);
+        row("plain keeps text", u"{Count=0.5}"_s, u"count"_s, u"0.5"_s);
+        row("N gives a double", u"{Count(N3)=0.5}"_s, u"count"_s, 0.5);
+        row("N reads the leading number", u"{A(N5)= -1.5x}"_s, u"A"_s, -1.5);
+        row("N with exponent", u"{A(N3)=1e3}"_s, u"A"_s, 1000.0);
+        row("N exponent without digits", u"{A(N2)=1e}"_s, u"A"_s, 1.0);
+        row("N without digits", u"{A(N3)=abc}"_s, u"A"_s, 0.0);
+        row("D gives a date", u"{A(D19)=2024-05-06T07:08:09}"_s, u"A"_s,
+            QDateTime(QDate(2024, 5, 6), QTime(7, 8, 9)));
+        row("D without a date", u"{A(D3)=abc}"_s, u"A"_s, QVariant());
+        row("Kelvin sign folds to k", folding, u"KEY"_s, u"k"_s);
+        row("final sigma folds with sigma", folding, u"ςX"_s, u"s"_s);
+        row("case pair beyond 16 bits", folding, u"\U00010428N"_s, u"d"_s);
+        row("one letter never folds to two", folding, u"STRASSE"_s, none);
+        row("dotted capital I is no i", folding, u"id"_s, none);
+        row("half a surrogate pair", u"{😀(S1)=e}"_s, u"\xD83D"_s, none);
     }
 
-    void lengthsCountUtf16Units()
+    void namedReadsFollowTheWireRules()
     {
-        QString vars;
-        const QString emoji = u"caf\u00e9 \U0001F600"_s; // 5 + a surrogate pair
-        AddVar(vars, u"Name"_s, emoji);
-        QCOMPARE(vars, u"{Name(S7)="_s + emoji + u'}');
-        AddVar(vars, u"After"_s, u"x"_s);
-        QCOMPARE(GetText(vars, u"Name"_s), emoji);
-        QCOMPARE(GetText(vars, u"After"_s), u"x"_s);
+        QFETCH(QString, vars);
+        QFETCH(QString, name);
+        QFETCH(QVariant, expected);
+        const TagReader reader(vars);
+        for (const QVariant &read : {GetVar(vars, name, none), reader.value(name, none)}) {
+            QCOMPARE(read, expected);
+            QCOMPARE(read.typeId(), expected.typeId());
+        }
+        QCOMPARE(reader.text(name, none.toString()), GetText(vars, name, none.toString()));
+        QCOMPARE(reader.number(name), GetVar(vars, name).toDouble());
+        if (expected == none)
+            QVERIFY(!GetVar(vars, name).isValid());
     }
 
-    void writingReplacesTheFirstEntryAndAppends()
+    void numbersReadAsTextTakeTheirShortestForm()
     {
-        QString vars = u"{CanDial=1}{CallLog=1}"_s;
-        AddVar(vars, u"CANDIAL"_s, 1);
-        QCOMPARE(vars, u"{CallLog=1}{CANDIAL(N1)=1}"_s);
-
-        // Only the first Buttons entry goes; the record still holds two.
-        QString record = deviceDefault;
-        AddVar(record, u"Buttons"_s, u"5 buttons"_s);
-        QCOMPARE(record.count(u"{Buttons("_s), 2);
-        QVERIFY(record.endsWith(u"{Buttons(S9)=4 buttons}{Buttons(S9)=5 buttons}"_s));
-        QCOMPARE(GetText(record, u"Buttons"_s), u"4 buttons"_s);
-
-        // Empty removes, keepEmpty writes an empty entry at the end.
-        vars = u"{A(S1)=x}{B(S1)=y}"_s;
-        AddVar(vars, u"A"_s, QString());
-        QCOMPARE(vars, u"{B(S1)=y}"_s);
-        AddVar(vars, u"B"_s, QString(), true);
-        QCOMPARE(vars, u"{B(S0)=}"_s);
-
-        // A plain entry is cut through its first "}".
-        vars = u"{Cmd=GetList}{Table=Exts}"_s;
-        AddVar(vars, u"table"_s, u"AB"_s);
-        QCOMPARE(vars, u"{Cmd=GetList}{table(S2)=AB}"_s);
-
-        // The sized value's braces are skipped by its length when it is removed.
-        vars = u"{Notes(S6)={a}{b}}{X=1}"_s;
-        AddVar(vars, u"Notes"_s, u"n"_s);
-        QCOMPARE(vars, u"{X=1}{Notes(S1)=n}"_s);
-
-        // An empty name only drops a leading empty entry.
-        vars = u"{(S0)=}{A(S1)=x}"_s;
-        AddVar(vars, QString(), u"v"_s);
-        QCOMPARE(vars, u"{A(S1)=x}"_s);
+        // clang-format off
+        const QList<std::pair<QString, QString>> texts = {
+            {u"0"_s, u"0"_s}, {u"0012"_s, u"12"_s}, {u"5.0"_s, u"5"_s}, {u"9990"_s, u"9990"_s},
+            {u"1000"_s, u"1000"_s}, {u"10000"_s, u"10000"_s}, {u"100000"_s, u"1e+05"_s},
+            {u"1200000"_s, u"1200000"_s}, {u"100000000000000"_s, u"1e+14"_s},
+            {u"123456789012345"_s, u"123456789012345"_s}, {u"1234567890123456"_s, u"1234567890123456"_s},
+            {u"1000000000000000"_s, u"1e+15"_s}, {u" 42x"_s, u"42"_s}, {u"+5"_s, u"5"_s}, {u"-0"_s, u"0"_s},
+            {u"12.50"_s, u"12.5"_s}, {u"1e3"_s, u"1000"_s}, {u"0.000001"_s, u"1e-06"_s}, {u"abc"_s, u"0"_s}};
+        // clang-format on
+        for (const auto &[sent, shown] : texts) {
+            const QString vars = u"{Id(N%1)=%2}"_s.arg(sent.size()).arg(sent);
+            QCOMPARE(GetText(vars, u"Id"_s), shown);
+            QCOMPARE(TagReader(vars).text(u"id"), shown);
+        }
     }
 
-    void readsAndWritesByNumber()
+    void readsByNumberAmongTopLevelEntries()
     {
         const QString vars = u"{A(S1)=x}{B(S5)={C=1}}"_s;
-        QString name;
-        QCOMPARE(GetVar(vars, 2, &name).toString(), u"{C=1}"_s);
-        QCOMPARE(name, u"B"_s);
-        QVERIFY(!GetVar(vars, 3, &name).isValid());
-        QCOMPARE(name, QString());
-        QCOMPARE(GetVar(vars, 0, &name).toString(), u"x"_s);
-        QCOMPARE(name, u"A"_s);
-        // The text "2" is a name, not a position.
-        QCOMPARE(GetVar(vars, u"2"_s, u"no"_s).toString(), u"no"_s);
-        // By number the name is looked up again, so the second Buttons reads as the first.
-        QString last;
-        GetVar(deviceDefault, 19, &last);
-        QCOMPARE(last, u"Buttons"_s);
-
-        QString written = vars;
-        AddVar(written, 2, u"z"_s);
-        QCOMPARE(written, vars);
-        AddVar(written, 1, u"z"_s);
-        QCOMPARE(written, u"{B(S5)={C=1}}{A(S1)=z}"_s);
+        const struct
+        {
+            QString vars;
+            int index;
+            QVariant value;
+            QString name;
+        } cases[] = {
+            {vars, 2, u"{C=1}"_s, u"B"_s},
+            {vars, 3, QVariant(), QString()}, // nested entries are not counted
+            {vars, 0, u"x"_s, u"A"_s},        // 1 or less reads the first
+            {vars, std::numeric_limits<int>::min(), u"x"_s, u"A"_s},
+            {u"{A(S1)=1}{B=2}{a(S1)=3}"_s, 3, u"1"_s, u"a"_s}, // the name is looked up again
+        };
+        for (const auto &c : cases) {
+            QString name = u"unset"_s;
+            QString readerName = u"unset"_s;
+            QCOMPARE(GetVar(c.vars, c.index, &name), c.value);
+            QCOMPARE(name, c.name);
+            QCOMPARE(TagReader(c.vars).value(c.index, &readerName), c.value);
+            QCOMPARE(readerName, c.name);
+        }
     }
 
     void splitsTopLevelEntries()
     {
-        const QList<TagEntry> entries = SplitEntries(u"{Cmd=SetFields}{Fields(S16)={Name(S5)=Daily}}{Id(N1)=7}"_s);
+        const QList<TagEntry> entries =
+            SplitEntries(u"{Cmd=SetFields}{Fields(S16)={Name(S5)=Daily}}{Id(N1)=7}"_s);
         QCOMPARE(entries.size(), 3);
         QCOMPARE(entries[0].name, u"Cmd"_s);
+        QCOMPARE(entries[0].value, u"SetFields"_s);
         QVERIFY(!entries[0].sized);
         QCOMPARE(entries[1].value, u"{Name(S5)=Daily}"_s);
         QCOMPARE(entries[2].type, QChar(u'N'));
-        QCOMPARE(SplitEntries(deviceDefault).size(), 19);
+    }
+
+    void leadingNumbersStopAtTheFirstOtherCharacter()
+    {
+        const struct
+        {
+            QString text;
+            double value;
+            qsizetype consumed;
+        } cases[] = {
+            // clang-format off
+            {u"12.5"_s, 12.5, 4}, {u"  -3e2x"_s, -300, 6}, {u"5."_s, 5, 2}, {u".5"_s, 0.5, 2},
+            {u"+.5e-1"_s, 0.05, 6}, {u"1e"_s, 1, 1}, {u"1e+"_s, 1, 1}, {u"abc"_s, 0, 0}, {u"--5"_s, 0, 0},
+            {u"."_s, 0, 0}, {u"1.2.3"_s, 1.2, 3}, {u"\t7)="_s, 7, 2},
+            {u"1e999"_s, std::numeric_limits<double>::max(), 5},
+            {u"-1e999"_s, std::numeric_limits<double>::lowest(), 6},
+            {u"1e-999"_s, 0, 6}, {u"0.000e99999999999999"_s, 0, 20},
+            {u"99999999999999999999"_s, 99999999999999999999.0, 20},
+            {QString(400, u'9'), std::numeric_limits<double>::max(), 400},
+            {u"0."_s + QString(400, u'0') + u'1', 0, 403},
+            // clang-format on
+        };
+        for (const auto &c : cases) {
+            qsizetype consumed = -1;
+            QCOMPARE(LeadingNumber(c.text, &consumed), c.value);
+            QCOMPARE(consumed, c.consumed);
+        }
+    }
+
+    // The decimal point is "." whatever the user's locale; QCoreApplication applies the locale
+    // from the environment, so a German desk would otherwise read "12.5" as 12.
+    void numbersIgnoreTheUserLocale()
+    {
+        const QByteArray previous = std::setlocale(LC_NUMERIC, nullptr);
+        if (!useCommaLocale())
+            QSKIP("no locale with a decimal comma can be set up here");
+        const QVariant count = GetVar(u"{Count(N4)=12.5}"_s, u"Count"_s);
+        const double number = LeadingNumber(u"3.25e1");
+        std::setlocale(LC_NUMERIC, previous.constData());
+        QCOMPARE(count, QVariant(12.5));
+        QCOMPARE(number, 32.5);
+    }
+
+private:
+    bool useCommaLocale()
+    {
+        const auto decimalComma = [] { return QByteArray(std::localeconv()->decimal_point) == ","; };
+        for (const char *name : {"de_DE.UTF-8", "de_DE.utf8", "fr_FR.UTF-8", "fr_FR.utf8", "nl_NL.UTF-8"}) {
+            if (std::setlocale(LC_NUMERIC, name) && decimalComma())
+                return true;
+        }
+        // Build one from the system's locale sources when none is installed.
+        const QString folder = m_scratch.filePath(u"locales"_s);
+        QDir().mkpath(folder);
+        QProcess localedef;
+        localedef.start(u"localedef"_s,
+                        {u"-i"_s, u"de_DE"_s, u"-f"_s, u"UTF-8"_s, folder + u"/de_DE.UTF-8"_s});
+        if (!localedef.waitForFinished(60000) || localedef.exitCode() != 0)
+            return false;
+        qputenv("LOCPATH", QFile::encodeName(folder));
+        const bool ok = std::setlocale(LC_NUMERIC, "de_DE.UTF-8") != nullptr;
+        qunsetenv("LOCPATH");
+        return ok && decimalComma();
     }
 };
 
