@@ -30,13 +30,6 @@ void writeFile(const QString &path, const QByteArray &content)
     QCOMPARE(file.write(content), content.size());
 }
 
-QDateTime nowToTheSecond()
-{
-    QDateTime now = QDateTime::currentDateTime();
-    now.setTime(QTime(now.time().hour(), now.time().minute(), now.time().second()));
-    return now;
-}
-
 } // namespace
 
 class TestErrorLog : public QObject
@@ -61,7 +54,8 @@ private slots:
 
     void lineHoldsNameDateTimeAndMessage()
     {
-        const QDateTime before = nowToTheSecond();
+        QDateTime before = QDateTime::currentDateTime();
+        before = before.addMSecs(-before.time().msec()); // the line holds whole seconds
         ErrorLog::Write(u"Overflow @ basGlobal.AddVar"_s);
         const QDateTime after = QDateTime::currentDateTime();
 
@@ -73,14 +67,13 @@ private slots:
         const QDateTime written = QDateTime::fromString(match.captured(1), u"dd/MM/yyyy HH:mm:ss"_s);
         QVERIFY2(written >= before && written <= after, qPrintable(match.captured(1)));
 
-        // Lines are appended in order, and by default the name is the executable's.
+        // By default the name is the executable's.
         ErrorLog::SetApplicationName({});
         ErrorLog::Write(u"Second"_s);
         const QStringList lines = QString::fromUtf8(readAll(m_log)).split(u'\n', Qt::SkipEmptyParts);
         QCOMPARE(lines.size(), 2);
-        QVERIFY(lines[0].endsWith(u" @ Overflow @ basGlobal.AddVar"_s));
-        QVERIFY(lines[1].startsWith(u"tst_errorlog - "_s));
-        QVERIFY(lines[1].endsWith(u"    @ Second"_s));
+        QVERIFY2(lines[1].startsWith(u"tst_errorlog - "_s) && lines[1].endsWith(u"    @ Second"_s),
+                 qPrintable(lines[1]));
     }
 
     void logStartsAgainAtOneMillionBytes()
