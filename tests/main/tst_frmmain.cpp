@@ -5,6 +5,7 @@
 #include "directorypage.h"
 #include "featurespage.h"
 #include "frmMain.h"
+#include "maintool.h"
 #include "msgboxanswers.h"
 #include "serverfixture.h"
 #include "recordlist.h"
@@ -35,28 +36,6 @@ const QStringList pbxOrder{
     u"Settings"_s, u"Ip"_s,         u"Port"_s,         u"Server"_s,     u"Username"_s,
     u"Password"_s, u"FatalAlert"_s, u"WarningAlert"_s, u"DailyAlert"_s, u"SendUpdates"_s,
     u"SendPath"_s, u"Cluster"_s,    u"VMType"_s,       u"VM"_s,         u"VMIp"_s};
-
-// One running copy of the tool: its session, its link and its main window.
-struct Tool
-{
-    usrSession session;
-    ServerLink link{session};
-    frmMain window{link};
-
-    explicit Tool(const QUrl &server)
-    {
-        session.setCredentials({server, TestAccount::user(), TestAccount::password(), {}});
-        session.StartSession(Startup::ApplicationTitle(u"QuillServer"_s));
-    }
-    bool waitLoaded()
-    {
-        return QTest::qWaitFor([this] { return window.isLoaded(); }, 20000);
-    }
-
-    template <typename T> T *control(const QString &name) const { return window.findChild<T *>(name); }
-    QLabel *tip() const { return control<QLabel>(u"Tip"_s); }
-    QTabWidget *tabs() const { return control<QTabWidget>(u"Tabs"_s); }
-};
 
 // A second client that reads and writes the server directly, to see what the tool stored.
 class Probe
@@ -174,7 +153,7 @@ void MainWindowTest::everyPageFillsFromTheServer()
 {
     Probe probe(m_server.url());
     QVERIFY(probe.ready());
-    Tool tool(m_relay.url());
+    MainTool tool(m_relay.url());
     QVERIFY(tool.waitLoaded());
     QVERIFY(tool.window.isVisible());
 
@@ -225,7 +204,7 @@ void MainWindowTest::everyPageFillsFromTheServer()
 
 void MainWindowTest::selectingAPageShowsItsPanelAndTip()
 {
-    Tool tool(m_relay.url());
+    MainTool tool(m_relay.url());
     QVERIFY(tool.waitLoaded());
     const QStringList captions{u"Directory"_s, u"Site"_s,    u"Address Books"_s, u"Campaigns"_s,
                                u"Features"_s,  u"Routing"_s, u"Network"_s,       u"Scripts"_s};
@@ -343,7 +322,7 @@ void MainWindowTest::everyControlShowsItsTip()
         {u"Routing"_s, siemens, net, u"List of Routing Conditions QuillServer has been configured to use."_s},
     };
 
-    Tool tool(m_relay.url());
+    MainTool tool(m_relay.url());
     QVERIFY(tool.waitLoaded());
     tool.window.activateWindow();
     QVERIFY(QTest::qWaitForWindowActive(&tool.window));
@@ -404,7 +383,7 @@ void MainWindowTest::okStoresTheSettingsInOrderAndTheyOutliveARestart()
 
     QStringList sent;
     {
-        Tool tool(m_relay.url());
+        MainTool tool(m_relay.url());
         QVERIFY(tool.waitLoaded());
         QSignalSpy unloaded(&tool.window, &frmMain::unloaded);
         QCOMPARE(tool.control<QLineEdit>(u"sName"_s)->text(), u"Old Site"_s);
@@ -447,7 +426,7 @@ void MainWindowTest::okStoresTheSettingsInOrderAndTheyOutliveARestart()
         QCOMPARE(after.systemBlock(u"PBX"_s), pbx);
         QCOMPARE(after.systemBlock(u"FEATURES"_s), features);
     }
-    Tool tool(m_relay.url());
+    MainTool tool(m_relay.url());
     QVERIFY(tool.waitLoaded());
     QCOMPARE(tool.control<QLineEdit>(u"sName"_s)->text(), u"Harbour Site"_s);
     QCOMPARE(tool.control<QLineEdit>(u"Alert_2"_s)->text(), u"299"_s);
@@ -471,7 +450,7 @@ void MainWindowTest::cancelClosesWithoutSendingAnything()
 
     qsizetype before = 0;
     {
-        Tool tool(m_relay.url());
+        MainTool tool(m_relay.url());
         QVERIFY(tool.waitLoaded());
         QSignalSpy unloaded(&tool.window, &frmMain::unloaded);
         retype(tool.control<QLineEdit>(u"sName"_s), u"Not To Be Saved"_s);
@@ -488,7 +467,7 @@ void MainWindowTest::cancelClosesWithoutSendingAnything()
 
     // The next copy of the tool sees the settings unchanged, and nothing but its own reads went
     // through the relay since the Cancel.
-    Tool next(m_relay.url());
+    MainTool next(m_relay.url());
     QVERIFY(next.waitLoaded());
     for (const QString &command : m_relay.commands().mid(before))
         QVERIFY2(command.startsWith(u"{Cmd=Get"_s), qPrintable(command));
@@ -500,7 +479,7 @@ void MainWindowTest::cancelClosesWithoutSendingAnything()
 
 void MainWindowTest::sessionEventsLoadAndCloseTheWindow()
 {
-    Tool tool(m_relay.url());
+    MainTool tool(m_relay.url());
     QVERIFY(tool.waitLoaded());
     QSignalSpy loaded(&tool.window, &frmMain::loaded);
     QSignalSpy unloaded(&tool.window, &frmMain::unloaded);
@@ -529,7 +508,7 @@ void MainWindowTest::sessionEventsLoadAndCloseTheWindow()
 
 void MainWindowTest::picturesOfEveryPage()
 {
-    Tool tool(m_relay.url());
+    MainTool tool(m_relay.url());
     QVERIFY(tool.waitLoaded());
     // QUILL_SCREENSHOT_DIR keeps the pictures for a look at the layout.
     const QString dir = qEnvironmentVariable("QUILL_SCREENSHOT_DIR", m_scratch.filePath(u"pictures"_s));

@@ -53,6 +53,13 @@ public:
         return true;
     }
 
+    // Restarts the server on its port and database, and waits until the session is ready again.
+    bool restartServer()
+    {
+        m_ready = false;
+        return m_server.restart() && QTest::qWaitFor([this] { return m_ready; }, 30000);
+    }
+
     void DataArrived(const QString &SubRef, const QString &Message) override
     {
         m_replies[SubRef] += 1;
