@@ -105,7 +105,7 @@ int main(int argc, char *argv[])
     qSetMessagePattern(
         u"%{time yyyy-MM-ddThh:mm:ss.zzz} %{if-category}%{category} %{endif}%{type}: %{message}"_s);
     // The server's own lines are always shown, whatever the system's logging rules say.
-    QLoggingCategory::setFilterRules(u"quill.server.info=true\nquill.server.*.info=true"_s);
+    QLoggingCategory::setFilterRules(u"quill.server.*.info=true"_s);
 
     QCommandLineParser parser;
     parser.setApplicationDescription(

@@ -16,7 +16,7 @@
 #include <QWebSocket>
 #include <QWebSocketServer>
 
-Q_LOGGING_CATEGORY(lcServer, "quill.server")
+Q_LOGGING_CATEGORY(lcServer, "quill.server.core")
 
 using namespace Qt::StringLiterals;
 

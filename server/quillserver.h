@@ -58,7 +58,7 @@ public:
     // Stops listening, closes every session and the database.
     void close();
 
-    // How many refusals have been logged (each is one line of category quill.server).
+    // How many refusals have been logged (each is one line of category quill.server.core).
     int refusalCount() const;
     int sessionCount() const;
 

@@ -351,7 +351,7 @@ BENCHMARK(BM_GetList100kReceivedByClient)->Unit(benchmark::kMillisecond)->Iterat
 int main(int argc, char **argv)
 {
     QCoreApplication app(argc, argv);
-    QLoggingCategory::setFilterRules(u"quill.server.info=false"_s);
+    QLoggingCategory::setFilterRules(u"quill.server.*.info=false"_s);
     benchmark::Initialize(&argc, argv);
     if (benchmark::ReportUnrecognizedArguments(argc, argv))
         return 1;

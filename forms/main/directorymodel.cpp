@@ -14,7 +14,7 @@
 
 using namespace Qt::StringLiterals;
 
-Q_LOGGING_CATEGORY(lcDirectory, "quill.main.directory")
+Q_LOGGING_CATEGORY(lcDirectory, "quill.forms.directory")
 
 namespace {
 const QString idTag = u"Id"_s;

@@ -20,7 +20,7 @@
 
 using namespace Qt::StringLiterals;
 
-Q_LOGGING_CATEGORY(lcRecordList, "quill.forms.main.lists")
+Q_LOGGING_CATEGORY(lcRecordList, "quill.forms.lists")
 
 struct RecordList::Kind
 {

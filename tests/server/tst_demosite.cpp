@@ -40,7 +40,7 @@ private:
 
 void tst_DemoSite::initTestCase()
 {
-    QLoggingCategory::setFilterRules(u"quill.server.info=false"_s);
+    QLoggingCategory::setFilterRules(u"quill.server.*.info=false"_s);
     QVERIFY(m_server.open(m_dir.filePath(u"demo.sqlite"_s)));
     QVERIFY(m_server.isEmpty());
     m_server.seedDemo();

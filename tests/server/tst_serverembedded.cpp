@@ -20,7 +20,7 @@ class tst_ServerEmbedded : public QObject
     Q_OBJECT
 
 private slots:
-    void initTestCase() { QLoggingCategory::setFilterRules(u"quill.server.info=false"_s); }
+    void initTestCase() { QLoggingCategory::setFilterRules(u"quill.server.*.info=false"_s); }
     void oneTimeTokensLogInOnce();
     void refusalsAreCountedAndLeaveDataAlone();
     void instancesInTwoThreadsKeepTheirOwnData();
