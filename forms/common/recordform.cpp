@@ -64,10 +64,11 @@ RecordForm &RecordForm::choice(QComboBox *combo, const QString &tag, const QStri
     return *this;
 }
 
-void RecordForm::load(const QString &record) const
+void RecordForm::load(const QString &record)
 {
-    for (const Field &field : m_fields) {
+    for (Field &field : m_fields) {
         const QString value = GetText(record, field.tag, field.defaultValue);
+        field.loadedMixed = value == MixedValue;
         switch (field.kind) {
         case Kind::Text:
             setText(field.control, value);
@@ -94,7 +95,9 @@ void RecordForm::load(const QString &record) const
 
 void RecordForm::writeField(QString &record, const Field &field) const
 {
-    const bool keepEmpty = field.flags.testFlag(KeepEmpty);
+    // A list loaded mixed and still without a choice is left out, even one that is otherwise always
+    // written; a text shows its mixed state itself.
+    const bool keepEmpty = field.flags.testFlag(KeepEmpty) && (field.kind == Kind::Text || !field.loadedMixed);
     switch (field.kind) {
     case Kind::Text: {
         const QString text = textOf(field.control);

@@ -45,7 +45,7 @@ public:
 
     // Sets every control from record; a tag the record lacks gives the field's default. The mixed
     // marker " " shows as a text of one blank, a greyed check box or a list with nothing chosen.
-    void load(const QString &record) const;
+    void load(const QString &record);
     // Writes every field into record in table order with AddVar: a field still mixed is not
     // written, an empty one only with KeepEmpty.
     void save(QString &record) const;
@@ -70,6 +70,7 @@ private:
         QString tag;
         QString defaultValue;
         Flags flags;
+        bool loadedMixed = false; // a list left with nothing chosen is still mixed, not "none"
     };
     void writeField(QString &record, const Field &field) const;
 
