@@ -3,8 +3,10 @@
 // typed (and still so after a restart), the order it writes, and the routing list that opens it.
 #include "frmRouting.h"
 #include "maintool.h"
+#include "pluginhost.h"
 #include "recordlist.h"
 #include "serverfixture.h"
+#include "translate.h"
 #include "windows.h"
 
 #include <QApplication>
@@ -48,6 +50,20 @@ void whenModalOpens(std::function<void(QWidget *)> body)
         body(QApplication::activeModalWidget());
     });
 }
+
+// A translation that knows only the key the date and time tips share.
+class DateTimeTranslator : public QObject, public ITranslator
+{
+    Q_OBJECT
+    Q_INTERFACES(ITranslator)
+public:
+    bool TranslateLoad(const QString &) override { return true; }
+    QString Translate(const QString &key, const QString &text, const QString &, const QString &) override
+    {
+        return key == u"QS144"_s ? u"Wann diese Route gilt."_s : text;
+    }
+    void TranslateWindow(QObject *) override {}
+};
 
 } // namespace
 
@@ -123,6 +139,23 @@ private slots:
         QCOMPARE(day->itemText(0), QString());
         QCOMPARE(day->itemText(1), u"Monday"_s);
         QCOMPARE(day->itemText(9), u"Weekends only"_s);
+    }
+
+    // The date and time tips share one key: a translation of it serves both.
+    void dateAndTimeShareTheirTranslatedTip()
+    {
+        DateTimeTranslator translator;
+        SetTranslator(&translator);
+        frmRouting window(m_fixture->link, books, 0);
+        window.show();
+        QVERIFY(QTest::qWaitForWindowActive(&window));
+        for (const QString &control : {u"rDate"_s, u"rTime"_s}) {
+            child<QWidget>(window, control)->setFocus();
+            QTRY_COMPARE(child<QLabel>(window, u"Tip"_s)->text(), u"Wann diese Route gilt."_s);
+            child<QWidget>(window, u"rName"_s)->setFocus();
+            QTRY_COMPARE(child<QLabel>(window, u"Tip"_s)->text(), u"Enter the name of this Routing Condition."_s);
+        }
+        SetTranslator(nullptr);
     }
 
     // A new condition typed in full is stored byte for byte, after the five listed; read back after
