@@ -2,6 +2,7 @@
 // The demo site as the tool's windows will read it: every table filled with records of the right
 // shape, and seeding only ever fills an empty database.
 #include "quillserver.h"
+#include "tagreader.h"
 #include "tagvalue.h"
 
 #include <QLoggingCategory>
@@ -10,17 +11,6 @@
 #include <QTest>
 
 using namespace Qt::StringLiterals;
-
-namespace {
-QStringList rows(const QString &reply)
-{
-    QStringList result;
-    const int count = GetVar(reply, u"ListCount"_s).toInt();
-    for (int i = 1; i <= count; ++i)
-        result.append(GetText(reply, u"List"_s + QString::number(i)));
-    return result;
-}
-} // namespace
 
 class tst_DemoSite : public QObject
 {
@@ -52,7 +42,7 @@ void tst_DemoSite::devicesOfAllFourKindsWithButtonsAndEvents()
 {
     const QString list = m_server.execute(
         u"{Cmd=GetList}{Table=Exts}{Ref=MAIN-EXTS}{Fields=ExtensionId,Id,Ext,Name,Type,Dept}{Sort=Type}"_s);
-    const QStringList devices = rows(list);
+    const QStringList devices = ReadList(list);
     QVERIFY(devices.size() >= 180 && devices.size() <= 220);
     QMap<QString, int> kinds;
     QSet<QString> numbers;
@@ -87,7 +77,7 @@ void tst_DemoSite::devicesOfAllFourKindsWithButtonsAndEvents()
     QCOMPARE(GetText(GetText(reception, u"btn8"_s), u"Script"_s), u"PopCRM"_s);
 
     // A sales extension runs scripts on its events.
-    const QString sales = rows(m_server.execute(u"{Cmd=GetList}{Table=Exts}{Fields=Id,Dept}{Sort=Id}"_s))
+    const QString sales = ReadList(m_server.execute(u"{Cmd=GetList}{Table=Exts}{Fields=Id,Dept}{Sort=Id}"_s))
                               .filter(u"Sales"_s)
                               .first();
     const QString salesRow =
@@ -122,7 +112,7 @@ void tst_DemoSite::siteSettingsAndFeatureCodes()
 
 void tst_DemoSite::addressBooksRoutingCampaignsAndScripts()
 {
-    const QStringList books = rows(
+    const QStringList books = ReadList(
         m_server.execute(u"{Cmd=GetList}{Table=Ab}{Ref=MAIN-AB}{Fields=ABId,Id,Type,Name}{Sort=Name}"_s));
     QCOMPARE(books.size(), 3);
     for (const QString &book : books) {
@@ -139,7 +129,7 @@ void tst_DemoSite::addressBooksRoutingCampaignsAndScripts()
         QVERIFY(GetVar(find1, u"Speed"_s).toDouble() > 0);
     }
 
-    const QStringList routing = rows(m_server.execute(
+    const QStringList routing = ReadList(m_server.execute(
         u"{Cmd=GetList}{Table=Routing}{Ref=MAIN-ROUTING}{Fields=RoutingId,Id,Name,Order,Options}{Sort=Order}"_s));
     QCOMPARE(routing.size(), 5);
     for (int i = 0; i < 5; ++i) {
@@ -147,7 +137,7 @@ void tst_DemoSite::addressBooksRoutingCampaignsAndScripts()
         QVERIFY(!GetText(GetText(routing[i], u"Options"_s), u"Destination"_s).isEmpty());
     }
 
-    const QStringList campaigns = rows(m_server.execute(
+    const QStringList campaigns = ReadList(m_server.execute(
         u"{Cmd=GetList}{Table=Campaigns}{Ref=MAIN-CAMPAIGNS}{Fields=CampaignId,Id,Name}{Sort=Name}"_s));
     QCOMPARE(campaigns.size(), 2);
     for (const QString &campaign : campaigns) {
@@ -169,7 +159,7 @@ void tst_DemoSite::addressBooksRoutingCampaignsAndScripts()
         }
     }
 
-    const QStringList scripts = rows(m_server.execute(
+    const QStringList scripts = ReadList(m_server.execute(
         u"{Cmd=GetList}{Table=Scripts}{Ref=MAIN-SCRIPTS}{Fields=ScriptId,Id,Name,Params,Display,Options}{Sort=Name}"_s));
     QCOMPARE(scripts.size(), 3);
     for (const QString &script : scripts) {

@@ -3,7 +3,7 @@
 // its stored data exactly as it was. A flood of failing log-ins neither stalls the sessions at
 // work nor gets many tries.
 #include "serverharness.h"
-#include "tagvalue.h"
+#include "tagreader.h"
 
 #include <QElapsedTimer>
 #include <QRandomGenerator>
@@ -17,11 +17,6 @@
 using namespace Qt::StringLiterals;
 
 namespace {
-const QString adminUser = u"admin"_s;
-const QString adminPassword = u"dock gate 5"_s;
-const QString ping = u"{Cmd=Ping}{Handler=Branch}"_s;
-const QString echo = u"{Cmd=PINGECHO}"_s;
-
 QString randomText(QRandomGenerator &random, int length)
 {
     static const QString alphabet = u"{}()=,SND0123456789-~ CmdTableIdFieldsExts\u00e9\u20ac"_s;
@@ -31,68 +26,21 @@ QString randomText(QRandomGenerator &random, int length)
     return text;
 }
 
-// A write built the way the tool builds it: literal start, then Fields and Id with AddVar.
-QString write(const QString &start, const QString &fields, const QVariant &id)
+// A WebSocket handshake made by hand on a bare connection, so that it can then send what no
+// well-behaved client would.
+bool handshake(QTcpSocket &socket, const QUrl &url)
 {
-    QString command = start;
-    AddVar(command, u"Fields"_s, fields);
-    AddVar(command, u"Id"_s, id);
-    return command;
+    socket.connectToHost(url.host(), quint16(url.port()));
+    if (!socket.waitForConnected(5000))
+        return false;
+    socket.write("GET / HTTP/1.1\r\nHost: " + url.host().toUtf8() +
+                 "\r\nUpgrade: websocket\r\nConnection: Upgrade\r\n"
+                 "Sec-WebSocket-Key: dGhlIHNhbXBsZSBub25jZQ==\r\nSec-WebSocket-Version: 13\r\n\r\n");
+    QByteArray answer;
+    while (!answer.contains("\r\n\r\n") && socket.waitForReadyRead(5000))
+        answer += socket.readAll();
+    return answer.startsWith("HTTP/1.1 101");
 }
-
-QByteArray randomBytes(QRandomGenerator &random, int length)
-{
-    QByteArray bytes(length, Qt::Uninitialized);
-    for (char &byte : bytes)
-        byte = char(random.bounded(256));
-    return bytes;
-}
-
-// A WebSocket connection made by hand, so that it can send what no well-behaved client would.
-class HandMadeSocket
-{
-public:
-    bool open(const QUrl &url)
-    {
-        m_socket.connectToHost(url.host(), quint16(url.port()));
-        if (!m_socket.waitForConnected(5000))
-            return false;
-        m_socket.write("GET / HTTP/1.1\r\nHost: " + url.host().toUtf8() +
-                       "\r\nUpgrade: websocket\r\n"
-                       "Connection: Upgrade\r\nSec-WebSocket-Key: dGhlIHNhbXBsZSBub25jZQ==\r\n"
-                       "Sec-WebSocket-Version: 13\r\n\r\n");
-        QByteArray answer;
-        while (!answer.contains("\r\n\r\n") && m_socket.waitForReadyRead(5000))
-            answer += m_socket.readAll();
-        return answer.startsWith("HTTP/1.1 101");
-    }
-    // One masked frame with the given opcode; the declared length may lie.
-    void sendFrame(quint8 opcode, const QByteArray &payload)
-    {
-        QByteArray frame;
-        frame.append(char(0x80 | opcode));
-        frame.append(char(0x80 | payload.size())); // payloads under 126 bytes here
-        const QByteArray mask = "\x11\x22\x33\x44";
-        frame += mask;
-        for (qsizetype i = 0; i < payload.size(); ++i)
-            frame.append(char(payload[i] ^ mask[i % 4]));
-        m_socket.write(frame);
-        m_socket.flush();
-    }
-    void sendRaw(const QByteArray &bytes)
-    {
-        m_socket.write(bytes);
-        m_socket.flush();
-    }
-    bool waitClosed()
-    {
-        return QTest::qWaitFor([&] { return m_socket.state() == QAbstractSocket::UnconnectedState; }, 5000);
-    }
-    QTcpSocket &socket() { return m_socket; }
-
-private:
-    QTcpSocket m_socket;
-};
 
 // Log-ins of a user without an account from a few connections at once, each connecting again
 // shortly after its answer: enough to keep the password checks busy, yet little work apart from
@@ -115,9 +63,7 @@ public:
 protected:
     void run() override
     {
-        QString logIn = u"{Session=Login}"_s;
-        AddVar(logIn, u"User"_s, u"intruder"_s);
-        AddVar(logIn, u"Password"_s, u"guess"_s);
+        const QString logIn = RawClient::logInFrame(u"intruder"_s, u"guess"_s);
         std::vector<std::unique_ptr<QWebSocket>> sockets;
         for (int i = 0; i < m_connections; ++i) {
             QWebSocket *socket = sockets.emplace_back(std::make_unique<QWebSocket>()).get();
@@ -171,12 +117,11 @@ private:
 void tst_ServerAbuse::initTestCase()
 {
     m_server = std::make_unique<ServerProcess>();
-    QVERIFY(m_server->addUser(adminUser, adminPassword));
+    QVERIFY(m_server->addUser(TestAccount::user(), TestAccount::password()));
     // A short back-off, so that the flood test can see it run out.
     QVERIFY(m_server->start({u"--seed-demo"_s, u"--login-backoff"_s, u"20"_s}));
     m_client = std::make_unique<RawClient>();
-    QVERIFY(m_client->open(m_server->url()));
-    QVERIFY(m_client->logIn(adminUser, adminPassword));
+    QVERIFY(m_client->openLoggedIn(m_server->url()));
     m_before = snapshot();
     QVERIFY(m_before.size() > 200);
 }
@@ -194,9 +139,8 @@ QStringList tst_ServerAbuse::snapshot()
     for (const QString &table : {u"Exts"_s, u"Ab"_s, u"Routing"_s, u"Campaigns"_s, u"Scripts"_s}) {
         const QString list =
             m_client->request(u"{Cmd=GetList}{Table="_s + table + u"}{Fields=Id}{Sort=Id}"_s);
-        const int count = GetVar(list, u"ListCount"_s).toInt();
-        for (int i = 1; i <= count; ++i) {
-            const QString id = GetText(GetText(list, u"List"_s + QString::number(i)), u"Id"_s);
+        for (const QString &row : ReadList(list)) {
+            const QString id = GetText(row, u"Id"_s);
             records.append(table + id +
                            m_client->request(u"{Cmd=GetFields}{Table="_s + table + u"}{Id="_s + id + u'}'));
         }
@@ -211,8 +155,7 @@ bool tst_ServerAbuse::stillServing()
     if (!m_server->isRunning())
         return false;
     RawClient fresh;
-    return fresh.open(m_server->url()) && fresh.logIn(adminUser, adminPassword) &&
-           fresh.request(ping) == echo;
+    return fresh.openLoggedIn(m_server->url()) && fresh.request(ping) == echo;
 }
 
 void tst_ServerAbuse::badCommandsAreRefusedWithOneLineEach()
@@ -224,13 +167,13 @@ void tst_ServerAbuse::badCommandsAreRefusedWithOneLineEach()
         u"{Table=Exts}{Id=1}"_s,
         QString(),
         u"hello"_s,
-        write(u"{Cmd=SetFields}{Table=Exts}"_s, u"{Name(S3)=Bob}"_s, {}),    // no Id
-        write(u"{Cmd=SetFields}{Table=Exts}"_s, u"{Name(S3)=Bob}"_s, 99999), // no such device
-        write(u"{Cmd=SetFields}{Table=Exts}"_s, u"{Name(S3)=Bob}"_s, -1),    // new device, no Ext
-        write(u"{Cmd=SetFields}{Table=Exts}"_s, u"{Ext(S3)=201}"_s, 3),      // another device's Ext
-        write(u"{Cmd=SetFields}{Table=Exts}"_s, u"not a tag"_s, 1),
-        write(u"{Cmd=SetFields}{Table=Exts}"_s, u"{Bad}Name(S1)=x}"_s, 1),
-        write(u"{Cmd=SetFields}{Table=System}{Id=NETWORK}"_s, u"{Options(S3)=x=1}"_s, {}),
+        setFields(u"Exts"_s, u"{Name(S3)=Bob}"_s, {}),    // no Id
+        setFields(u"Exts"_s, u"{Name(S3)=Bob}"_s, 99999), // no such device
+        setFields(u"Exts"_s, u"{Name(S3)=Bob}"_s, -1),    // new device, no Ext
+        setFields(u"Exts"_s, u"{Ext(S3)=201}"_s, 3),      // another device's Ext
+        setFields(u"Exts"_s, u"not a tag"_s, 1),
+        setFields(u"Exts"_s, u"{Bad}Name(S1)=x}"_s, 1),
+        setFields(u"System"_s, u"{Options(S3)=x=1}"_s, {}),
         u"{Cmd=Delete}{Table=Exts}{Id=99998,99999}"_s,
         u"{Cmd=Delete}{Table=Campaigns}{Id=abc}"_s,
         u"{Cmd=Delete}{Table=System}{Id=PBX}"_s,
@@ -250,7 +193,7 @@ void tst_ServerAbuse::badCommandsAreRefusedWithOneLineEach()
         ++expected;
         QTRY_COMPARE_WITH_TIMEOUT(m_server->refusalLines(), expected, 2000);
     }
-    m_client->sendBinary(QByteArrayLiteral("{Cmd=Delete}{Table=Exts}{Id=1}"));
+    m_client->socket().sendBinaryMessage(QByteArrayLiteral("{Cmd=Delete}{Table=Exts}{Id=1}"));
     QCOMPARE(m_client->request(ping), echo);
     QTRY_COMPARE_WITH_TIMEOUT(m_server->refusalLines(), expected + 1, 2000);
 
@@ -260,11 +203,8 @@ void tst_ServerAbuse::badCommandsAreRefusedWithOneLineEach()
 void tst_ServerAbuse::truncatedAndRandomFramesChangeNothing()
 {
     // Writes cut short at every length: each is refused, none changes anything.
-    QString setFields = u"{Cmd=SetFields}{Table=Exts}"_s;
-    AddVar(setFields, u"Fields"_s, u"{Name(S9)=Cut Short}{Notes(S7)=a}b{c}d}"_s);
-    AddVar(setFields, u"Id"_s, 5);
     const QStringList writes = {
-        setFields,
+        setFields(u"Exts"_s, u"{Name(S9)=Cut Short}{Notes(S7)=a}b{c}d}"_s, 5),
         u"{Cmd=Delete}{Table=Exts}{Id(S5)=1,2,3}"_s,
         u"{Cmd=SetField}{Table=Routing}{Id(S1)=1}{Field(S5)=Order}{Value(N1)=9}"_s,
     };
@@ -291,21 +231,31 @@ void tst_ServerAbuse::truncatedAndRandomFramesChangeNothing()
         QTcpSocket bare;
         bare.connectToHost(m_server->url().host(), quint16(m_server->url().port()));
         QVERIFY(bare.waitForConnected(5000));
-        bare.write(randomBytes(random, 1 + random.bounded(400)));
+        QByteArray bytes(1 + random.bounded(400), Qt::Uninitialized);
+        for (char &byte : bytes)
+            byte = char(random.bounded(256));
+        bare.write(bytes);
         bare.flush();
         QTest::qWait(5);
         bare.abort();
     }
-    HandMadeSocket notUtf8;
-    QVERIFY(notUtf8.open(m_server->url()));
+    // One masked text frame whose payload is not UTF-8.
+    QTcpSocket notUtf8;
+    QVERIFY(handshake(notUtf8, m_server->url()));
     const int refusalsBefore = m_server->refusalLines();
-    notUtf8.sendFrame(0x1, QByteArray("{Cmd=Delete}{Table=Exts}{Id=1}\xff\xfe", 32));
-    QVERIFY(notUtf8.waitClosed());
+    const QByteArray payload("{Cmd=Delete}{Table=Exts}{Id=1}\xff\xfe", 32);
+    const QByteArray mask = "\x11\x22\x33\x44";
+    QByteArray frame = "\x81" + QByteArray(1, char(0x80 | payload.size())) + mask;
+    for (qsizetype i = 0; i < payload.size(); ++i)
+        frame.append(char(payload[i] ^ mask[i % 4]));
+    notUtf8.write(frame);
+    QVERIFY(QTest::qWaitFor([&] { return notUtf8.state() == QAbstractSocket::UnconnectedState; }, 5000));
     QTRY_COMPARE_WITH_TIMEOUT(m_server->refusalLines(), refusalsBefore + 1, 2000);
-    HandMadeSocket shortFrame;
-    QVERIFY(shortFrame.open(m_server->url()));
-    shortFrame.sendRaw(QByteArray("\x81\xfe\x10", 3));
-    shortFrame.socket().abort();
+    QTcpSocket shortFrame;
+    QVERIFY(handshake(shortFrame, m_server->url()));
+    shortFrame.write(QByteArray("\x81\xfe\x10", 3));
+    shortFrame.flush();
+    shortFrame.abort();
 
     QVERIFY(stillServing());
     QCOMPARE(snapshot(), m_before);
@@ -321,8 +271,7 @@ void tst_ServerAbuse::oversizeFramesCloseOnlyTheirOwnConnection()
         RawClient greedy;
         if (singleFrame)
             greedy.socket().setOutgoingFrameSize(32 * 1024 * 1024);
-        QVERIFY(greedy.open(m_server->url()));
-        QVERIFY(greedy.logIn(adminUser, adminPassword));
+        QVERIFY(greedy.openLoggedIn(m_server->url()));
         greedy.send(tooBig);
         QVERIFY(greedy.waitClosed(20000));
     }
@@ -416,7 +365,7 @@ void tst_ServerAbuse::aPasswordFloodNeitherStallsSessionsNorGetsManyTries()
     QVERIFY(QTest::qWaitFor(
         [&] {
             RawClient client;
-            return client.open(m_server->url()) && client.logIn(adminUser, adminPassword);
+            return client.openLoggedIn(m_server->url());
         },
         30000));
     QVERIFY(stillServing());

@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // What the server has acknowledged survives a kill; the database file is versioned and guarded.
 #include "serverharness.h"
-#include "tagvalue.h"
 
 #include <QSqlDatabase>
 #include <QSqlQuery>
@@ -10,18 +9,12 @@
 using namespace Qt::StringLiterals;
 
 namespace {
-const QString adminUser = u"admin"_s;
-const QString adminPassword = u"mooring line"_s;
-
 QString createScript(int n)
 {
     QString fields;
     AddVar(fields, u"Name"_s, u"Script %1"_s.arg(n, 3, 10, QLatin1Char('0')));
     AddVar(fields, u"Script"_s, u"Beep %1"_s.arg(n));
-    QString command = u"{Cmd=SetFields}{Table=Scripts}"_s;
-    AddVar(command, u"Fields"_s, fields);
-    AddVar(command, u"Id"_s, -1);
-    return command;
+    return setFields(u"Scripts"_s, fields);
 }
 
 // Runs statement on the SQLite file directly, outside any server.
@@ -54,12 +47,11 @@ private slots:
 void tst_ServerDurability::acknowledgedWritesSurviveAKill()
 {
     ServerProcess server;
-    QVERIFY(server.addUser(adminUser, adminPassword));
+    QVERIFY(server.addUser(TestAccount::user(), TestAccount::password()));
     QVERIFY(server.start());
     {
         RawClient client;
-        QVERIFY(client.open(server.url()));
-        QVERIFY(client.logIn(adminUser, adminPassword));
+        QVERIFY(client.openLoggedIn(server.url()));
         for (int n = 1; n <= 50; ++n)
             client.send(createScript(n));
         QString edit = u"{Cmd=SetFields}{Table=Scripts}{Id=7}"_s;
@@ -74,8 +66,7 @@ void tst_ServerDurability::acknowledgedWritesSurviveAKill()
 
     QVERIFY(server.start());
     RawClient client;
-    QVERIFY(client.open(server.url()));
-    QVERIFY(client.logIn(adminUser, adminPassword));
+    QVERIFY(client.openLoggedIn(server.url()));
     const QString list = client.request(
         u"{Cmd=GetList}{Table=Scripts}{Ref=MAIN-SCRIPTS}{Fields=ScriptId,Id,Name}{Sort=Name}"_s);
     QCOMPARE(GetVar(list, u"ListCount"_s).toInt(), 49);
@@ -97,17 +88,16 @@ void tst_ServerDurability::theDatabaseFileIsVersionedAndGuarded()
     QTemporaryDir dir;
     const QString file = dir.filePath(u"quill.sqlite"_s);
     ServerProcess server(file);
-    QVERIFY(server.addUser(adminUser, adminPassword));
+    QVERIFY(server.addUser(TestAccount::user(), TestAccount::password()));
     QCOMPARE(sqlite(file, u"PRAGMA user_version"_s).toInt(), 1);
     QCOMPARE(sqlite(file, u"PRAGMA journal_mode"_s).toString(), u"wal"_s);
 
     // Accounts hold a salted, slow hash, never the password.
-    QVERIFY(server.addUser(u"second"_s, adminPassword));
+    QVERIFY(server.addUser(u"second"_s, TestAccount::password()));
     QVERIFY(sqlite(file, u"SELECT min(iterations) FROM account"_s).toInt() >= 100000);
     QCOMPARE(sqlite(file, u"SELECT count(DISTINCT hash) FROM account WHERE length(salt) >= 16"_s).toInt(), 2);
-    QCOMPARE(sqlite(file, u"SELECT count(*) FROM account WHERE instr(hash, CAST('mooring' AS BLOB)) > 0"_s)
-                 .toInt(),
-             0);
+    const QString holdsPassword = u"SELECT count(*) FROM account WHERE instr(hash, CAST('%1' AS BLOB)) > 0"_s;
+    QCOMPARE(sqlite(file, holdsPassword.arg(TestAccount::password())).toInt(), 0);
 
     // A file from a newer server, or a database of something else, is left alone.
     QVERIFY(sqlite(file, u"PRAGMA user_version = 99"_s).isNull());

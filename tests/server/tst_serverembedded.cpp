@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // The server library in-process, as the tool embeds it for its demo: one-time tokens, refusals
 // counted, an instance in a worker thread beside another one.
+#include "listreplies.h"
 #include "quillserver.h"
 #include "serverharness.h"
-#include "tagvalue.h"
 
 #include <QLoggingCategory>
 #include <QSignalSpy>
@@ -45,26 +45,21 @@ void tst_ServerEmbedded::oneTimeTokensLogInOnce()
     RawClient first;
     QVERIFY(first.open(server.url()));
     QVERIFY(first.logInWithToken(token));
-    QCOMPARE(first.request(u"{Cmd=Ping}{Handler=Branch}"_s), u"{Cmd=PINGECHO}"_s);
+    QCOMPARE(first.request(ping), echo);
 
     // Spent: the same token (or a made-up one) is refused.
     for (const QString &spent : {token, u"00ff"_s.repeated(16)}) {
         RawClient again;
         QVERIFY(again.open(server.url()));
-        QString frame = u"{Session=Login}"_s;
-        AddVar(frame, u"Token"_s, spent);
-        again.send(frame);
-        QVERIFY(again.next().value_or(QString()).startsWith(u"{Session=LOGOUT}"_s));
-        QVERIFY(again.waitClosed());
+        QVERIFY(again.refusedLogIn(RawClient::logInFrame({}, spent)));
     }
     QCOMPARE(server.refusalCount(), 2);
 
     // Accounts work in-process too.
-    QVERIFY(server.addUser(u"ops"_s, u"tide table"_s));
+    QVERIFY(server.addUser(TestAccount::user(), TestAccount::password()));
     QVERIFY(!server.addUser(u"nopassword"_s, QString()));
     RawClient byPassword;
-    QVERIFY(byPassword.open(server.url()));
-    QVERIFY(byPassword.logIn(u"ops"_s, u"tide table"_s));
+    QVERIFY(byPassword.openLoggedIn(server.url()));
 }
 
 void tst_ServerEmbedded::refusalsAreCountedAndLeaveDataAlone()
@@ -75,10 +70,8 @@ void tst_ServerEmbedded::refusalsAreCountedAndLeaveDataAlone()
     QVERIFY(server.isEmpty());
     QSignalSpy refusals(&server, &QuillServer::refused);
 
-    QCOMPARE(server.execute(u"{Cmd=SetFields}{Table=Scripts}{Fields(S14)={Name(S3)=One}}{Id=-1}"_s),
-             QString());
-    QCOMPARE(server.execute(u"{Cmd=SetFields}{Table=Scripts}{Fields(S14)={Name(S3)=Two}}{Id=-1}"_s),
-             QString());
+    QCOMPARE(server.execute(setFields(u"Scripts"_s, u"{Name(S3)=One}"_s)), QString());
+    QCOMPARE(server.execute(setFields(u"Scripts"_s, u"{Name(S3)=Two}"_s)), QString());
     QVERIFY(!server.isEmpty());
     QCOMPARE(refusals.count(), 0);
 
@@ -149,15 +142,13 @@ void tst_ServerEmbedded::instancesInTwoThreadsKeepTheirOwnData()
     QVERIFY(thereClient.open(thereUrl));
     QVERIFY(thereClient.logInWithToken(thereToken));
 
-    hereClient.send(u"{Cmd=SetFields}{Table=Scripts}{Fields(S15)={Name(S4)=Here}}{Id=-1}"_s);
-    thereClient.send(u"{Cmd=SetFields}{Table=Scripts}{Fields(S16)={Name(S5)=There}}{Id=-1}"_s);
-    const QString read = u"{Cmd=GetList}{Table=Scripts}{Fields=Name}{Sort=Name}"_s;
-    const QString hereList = hereClient.request(read);
-    const QString thereList = thereClient.request(read);
-    QCOMPARE(GetVar(hereList, u"ListCount"_s).toInt(), 1);
-    QCOMPARE(GetText(GetText(hereList, u"List1"_s), u"Name"_s), u"Here"_s);
-    QCOMPARE(GetVar(thereList, u"ListCount"_s).toInt(), 1);
-    QCOMPARE(GetText(GetText(thereList, u"List1"_s), u"Name"_s), u"There"_s);
+    hereClient.send(setFields(u"Scripts"_s, record({{u"Name"_s, u"Here"_s}})));
+    thereClient.send(setFields(u"Scripts"_s, record({{u"Name"_s, u"There"_s}})));
+    for (auto [client, name] : {std::pair{&hereClient, u"Here"_s}, std::pair{&thereClient, u"There"_s}}) {
+        const QString list = client->request(u"{Cmd=GetList}{Table=Scripts}{Fields=Name}{Sort=Name}"_s);
+        QCOMPARE(GetVar(list, u"ListCount"_s).toInt(), 1);
+        QCOMPARE(GetText(GetText(list, u"List1"_s), u"Name"_s), name);
+    }
 
     QMetaObject::invokeMethod(
         &context, [&] { delete there; }, Qt::BlockingQueuedConnection);

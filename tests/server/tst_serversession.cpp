@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Log-in and the life of sessions on quillserverd.
 #include "serverharness.h"
-#include "tagvalue.h"
 
 #include <QFile>
 #include <QStandardPaths>
@@ -10,9 +9,7 @@
 using namespace Qt::StringLiterals;
 
 namespace {
-const QString adminUser = u"admin"_s;
-const QString adminPassword = u"Finch&Harbour-2024"_s;
-const QString wrongPassword = u"finch&harbour-2024"_s;
+const QString wrongPassword = TestAccount::password().toLower(); // the right one but for its case
 } // namespace
 
 class tst_ServerSession : public QObject
@@ -37,7 +34,7 @@ private:
 void tst_ServerSession::initTestCase()
 {
     m_server = std::make_unique<ServerProcess>();
-    QVERIFY(m_server->addUser(adminUser, adminPassword));
+    QVERIFY(m_server->addUser(TestAccount::user(), TestAccount::password()));
     QVERIFY(m_server->start());
     QCOMPARE(m_server->url().scheme(), u"ws"_s);
     QCOMPARE(m_server->url().host(), u"127.0.0.1"_s);
@@ -50,27 +47,13 @@ void tst_ServerSession::cleanupTestCase()
 
 void tst_ServerSession::logInAcceptsTheRightPasswordOnly()
 {
-    RawClient good;
-    QVERIFY(good.open(m_server->url()));
-    QVERIFY(good.logIn(adminUser, adminPassword));
-    QCOMPARE(good.request(u"{Cmd=Ping}{Handler=Branch}"_s), u"{Cmd=PINGECHO}"_s);
-
     // The user name is not case-sensitive; the password is.
     const int refusalsBefore = m_server->refusalLines();
     for (const auto &[user, password] :
-         {std::pair{u"ADMIN"_s, wrongPassword}, std::pair{u"nobody"_s, adminPassword}}) {
+         {std::pair{u"ADMIN"_s, wrongPassword}, std::pair{u"nobody"_s, TestAccount::password()}}) {
         RawClient bad;
         QVERIFY(bad.open(m_server->url()));
-        QString frame = u"{Session=Login}"_s;
-        AddVar(frame, u"User"_s, user);
-        AddVar(frame, u"Password"_s, password);
-        AddVar(frame, u"App"_s, u"QuillServer Configuration"_s);
-        bad.send(frame);
-        const QString answer = bad.next().value_or(QString());
-        QVERIFY2(answer.startsWith(u"{Session=LOGOUT}"_s), qPrintable(answer));
-        QVERIFY(!GetText(answer, u"Reason"_s).isEmpty());
-        QVERIFY(bad.waitClosed());
-        QVERIFY(!bad.next(200)); // nothing after the LOGOUT
+        QVERIFY(bad.refusedLogIn(RawClient::logInFrame(user, password)));
     }
     QTRY_COMPARE(m_server->refusalLines(), refusalsBefore + 2);
 
@@ -78,17 +61,14 @@ void tst_ServerSession::logInAcceptsTheRightPasswordOnly()
     // answered after READY.
     RawClient caseless;
     QVERIFY(caseless.open(m_server->url()));
-    QString logIn = u"{Session=Login}"_s;
-    AddVar(logIn, u"User"_s, u"Admin"_s);
-    AddVar(logIn, u"Password"_s, adminPassword);
-    caseless.send(logIn);
-    caseless.send(u"{Cmd=Ping}{Handler=Branch}"_s);
-    for (const QString &expected : {u"{Session=LOGIN}"_s, u"{Session=READY}"_s, u"{Cmd=PINGECHO}"_s})
+    caseless.send(RawClient::logInFrame(u"Admin"_s, TestAccount::password()));
+    caseless.send(ping);
+    for (const QString &expected : {u"{Session=LOGIN}"_s, u"{Session=READY}"_s, echo})
         QCOMPARE(caseless.next().value_or(QString()), expected);
 
     // Passwords never reach the log, right or wrong.
     const QString log = m_server->log();
-    QVERIFY(!log.contains(adminPassword));
+    QVERIFY(!log.contains(TestAccount::password()));
     QVERIFY(!log.contains(wrongPassword, Qt::CaseInsensitive));
 }
 
@@ -96,23 +76,18 @@ void tst_ServerSession::framesBeforeLogInAreRefusedAndTheConnectionClosed()
 {
     const int refusalsBefore = m_server->refusalLines();
 
-    RawClient early;
-    QVERIFY(early.open(m_server->url()));
-    early.send(u"{Cmd=GetList}{Table=Exts}{Ref=MAIN-EXTS}{Fields=Id,Ext}{Sort=Ext}"_s);
-    QVERIFY(early.waitClosed());
-    QVERIFY(!early.next(100));
-
-    RawClient binary;
-    QVERIFY(binary.open(m_server->url()));
-    binary.sendBinary(QByteArrayLiteral("{Session=Login}"));
-    QVERIFY(binary.waitClosed());
-
-    // A session frame other than the log-in is refused too.
-    RawClient otherKind;
-    QVERIFY(otherKind.open(m_server->url()));
-    otherKind.send(u"{Session=Hello}{User=admin}"_s);
-    QVERIFY(otherKind.waitClosed());
-
+    // A command, a log-in sent as a binary frame, and a session frame other than the log-in.
+    for (const QString &first : {u"{Cmd=GetList}{Table=Exts}{Ref=MAIN-EXTS}{Fields=Id,Ext}{Sort=Ext}"_s,
+                                 u"binary {Session=Login}"_s, u"{Session=Hello}{User=admin}"_s}) {
+        RawClient early;
+        QVERIFY(early.open(m_server->url()));
+        if (first.startsWith(u"binary"_s))
+            early.socket().sendBinaryMessage(QByteArrayLiteral("{Session=Login}"));
+        else
+            early.send(first);
+        QVERIFY2(early.waitClosed(), qPrintable(first));
+        QVERIFY(!early.next(100));
+    }
     QTRY_COMPARE(m_server->refusalLines(), refusalsBefore + 3);
     QVERIFY(m_server->isRunning());
 }
@@ -121,23 +96,17 @@ void tst_ServerSession::sessionsShareCommittedWritesAndLogOut()
 {
     RawClient writer;
     RawClient reader;
-    QVERIFY(writer.open(m_server->url()));
-    QVERIFY(reader.open(m_server->url()));
-    QVERIFY(writer.logIn(adminUser, adminPassword));
-    QVERIFY(reader.logIn(adminUser, adminPassword));
+    QVERIFY(writer.openLoggedIn(m_server->url()));
+    QVERIFY(reader.openLoggedIn(m_server->url()));
 
-    QString create = u"{Cmd=SetFields}{Table=Scripts}"_s;
-    AddVar(create, u"Fields"_s, u"{Name(S7)=Shared1}"_s);
-    AddVar(create, u"Id"_s, -1);
-    writer.send(create);
+    writer.send(setFields(u"Scripts"_s, u"{Name(S7)=Shared1}"_s));
     QVERIFY(writer.sync());
     const QString list = reader.request(
         u"{Cmd=GetList}{Table=Scripts}{Ref=MAIN-SCRIPTS}{Fields=ScriptId,Id,Name,Options}{Sort=Name}"_s);
     QVERIFY2(list.contains(u"Shared1"_s), qPrintable(list));
 
     // Data frames never begin as session frames: a script named like one still comes back as data.
-    AddVar(create, u"Fields"_s, u"{Name(S16)={Session=LOGOUT}}"_s);
-    writer.send(create);
+    writer.send(setFields(u"Scripts"_s, u"{Name(S16)={Session=LOGOUT}}"_s));
     writer.send(u"{Cmd=GetFields}{Table=Scripts}{Id=2}{Fields=Name}"_s);
     const QString reply = writer.next().value_or(QString());
     QVERIFY(!reply.startsWith(u"{Session="_s));
@@ -146,28 +115,24 @@ void tst_ServerSession::sessionsShareCommittedWritesAndLogOut()
     // The client may end its session; the other one goes on.
     writer.send(u"{Session=Logout}"_s);
     QVERIFY(writer.waitClosed());
-    QCOMPARE(reader.request(u"{Cmd=Ping}{Handler=Branch}"_s), u"{Cmd=PINGECHO}"_s);
+    QCOMPARE(reader.request(ping), echo);
 }
 
 void tst_ServerSession::repliesOverTheLimitAreNotSent()
 {
     RawClient client;
-    QVERIFY(client.open(m_server->url()));
-    QVERIFY(client.logIn(adminUser, adminPassword));
+    QVERIFY(client.openLoggedIn(m_server->url()));
     // Three notes of 6 MiB each: every write fits in a frame, the list of all three does not.
     for (int i = 0; i < 3; ++i) {
         QString fields;
         AddVar(fields, u"Name"_s, u"Big %1"_s.arg(i));
         AddVar(fields, u"Script"_s, QString(6 * 1024 * 1024, QChar(u'a' + i)));
-        QString create = u"{Cmd=SetFields}{Table=Scripts}"_s;
-        AddVar(create, u"Fields"_s, fields);
-        AddVar(create, u"Id"_s, -1);
-        client.send(create);
+        client.send(setFields(u"Scripts"_s, fields));
     }
     QVERIFY(client.sync());
     const int refusalsBefore = m_server->refusalLines();
     client.send(u"{Cmd=GetList}{Table=Scripts}{Ref=MAIN-SCRIPTS}{Fields=Id,Name,Script}{Sort=Name}"_s);
-    QCOMPARE(client.request(u"{Cmd=Ping}{Handler=Branch}"_s), u"{Cmd=PINGECHO}"_s);
+    QCOMPARE(client.request(ping), echo);
     QTRY_COMPARE(m_server->refusalLines(), refusalsBefore + 1);
 
     // The session goes on, and a smaller reply still arrives.
@@ -181,9 +146,7 @@ void tst_ServerSession::passwordChecksOutliveTheirSessionsAndTheServerStopsClean
     ServerProcess server; // its own, as it ends with checks under way
     QVERIFY(QFile::copy(m_server->dbFile(), server.dbFile()));
     QVERIFY(server.start());
-    QString wrong = u"{Session=Login}"_s;
-    AddVar(wrong, u"User"_s, adminUser);
-    AddVar(wrong, u"Password"_s, wrongPassword);
+    const QString wrong = RawClient::logInFrame(TestAccount::user(), wrongPassword);
 
     // Clients that hang up while their password is checked: the answer finds no session, and the
     // failed log-in is logged all the same.
@@ -195,9 +158,8 @@ void tst_ServerSession::passwordChecksOutliveTheirSessionsAndTheServerStopsClean
         gone.socket().abort();
     }
     RawClient good;
-    QVERIFY(good.open(server.url()));
-    QVERIFY(good.logIn(adminUser, adminPassword));
-    QCOMPARE(good.request(u"{Cmd=Ping}{Handler=Branch}"_s), u"{Cmd=PINGECHO}"_s);
+    QVERIFY(good.openLoggedIn(server.url()));
+    QCOMPARE(good.request(ping), echo);
     QTRY_COMPARE(server.refusalLines(), 3);
 
     // Stopped while checks run and wait: it ends by itself, with status 0.
@@ -238,9 +200,8 @@ void tst_ServerSession::tlsSessionsWork()
     QSslConfiguration trust = QSslConfiguration::defaultConfiguration();
     trust.setCaCertificates(QSslCertificate::fromPath(cert));
     client.socket().setSslConfiguration(trust);
-    QVERIFY(client.open(secure.url()));
-    QVERIFY(client.logIn(adminUser, adminPassword));
-    QCOMPARE(client.request(u"{Cmd=Ping}{Handler=Branch}"_s), u"{Cmd=PINGECHO}"_s);
+    QVERIFY(client.openLoggedIn(secure.url()));
+    QCOMPARE(client.request(ping), echo);
 
     // A plain ws:// client gets nowhere on the TLS port.
     QUrl plain = secure.url();
