@@ -39,7 +39,8 @@ QString Errors::text() const
 
 void Errors::Command1_Click()
 {
+    // Only the window is emptied: the log file is the record a support engineer reads later, and it
+    // keeps its own size limit.
     m_ui->txt->clear();
-    ErrorLog::Clear();
     close();
 }

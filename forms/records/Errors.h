@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The Errors window: the error texts of the log in a text box, and a button that clears them.
+// The Errors window: the error texts of the log in a text box, and a button that clears the box.
 #pragma once
 
 #include <QDialog>
@@ -21,7 +21,7 @@ public:
     void setText(const QString &text);
     QString text() const;
 
-    // "&Clear": empties the text box and the log file, then closes the window.
+    // "&Clear": empties the text box, then closes the window. The log file keeps its lines.
     void Command1_Click();
 
 private:
