@@ -7,6 +7,7 @@
 #include "serverlink.h"
 #include "tagvalue.h"
 #include "usrsession.h"
+#include "windows.h"
 
 #include <QAction>
 #include <QFile>
@@ -67,6 +68,7 @@ private slots:
         usrSession session;
         ServerLink link(session);
         frmMain window(link);
+        registerWindows(window, link); // the program's own wiring opens the Errors window
         window.show();
 
         // A settings record the page cannot show (a check box holding 7) is logged, not shown.
