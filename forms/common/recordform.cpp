@@ -69,6 +69,7 @@ void RecordForm::load(const QString &record)
     for (Field &field : m_fields) {
         const QString value = GetText(record, field.tag, field.defaultValue);
         field.loadedMixed = value == MixedValue;
+        field.lineBreaksCrLf = value.contains(u"\r\n"_s);
         switch (field.kind) {
         case Kind::Text:
             setText(field.control, value);
@@ -100,7 +101,10 @@ void RecordForm::writeField(QString &record, const Field &field) const
     const bool keepEmpty = field.flags.testFlag(KeepEmpty) && (field.kind == Kind::Text || !field.loadedMixed);
     switch (field.kind) {
     case Kind::Text: {
-        const QString text = textOf(field.control);
+        // A text box of several lines keeps only "\n"; a script stored with "\r\n" keeps them.
+        QString text = textOf(field.control);
+        if (field.lineBreaksCrLf)
+            text.replace(u'\n', u"\r\n"_s);
         if (text != MixedValue)
             AddVar(record, field.tag, text, keepEmpty);
         break;

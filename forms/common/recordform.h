@@ -71,6 +71,7 @@ private:
         QString defaultValue;
         Flags flags;
         bool loadedMixed = false; // a list left with nothing chosen is still mixed, not "none"
+        bool lineBreaksCrLf = false; // a text of several lines goes back with the line breaks it came with
     };
     void writeField(QString &record, const Field &field) const;
 

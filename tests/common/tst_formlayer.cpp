@@ -59,6 +59,8 @@ private slots:
                                      << u"{Name(S4)=Desk}{Day(N1)=2}{AB(S9)=Suppliers}{CanDial(N1)=1}{Notes(S3)=a\nb}"_s;
         QTest::newRow("nothing: defaults, and the fields always written")
             << QString() << u"{Day(N2)=-1}{CanDial(N1)=0}{Notes(S0)=}"_s;
+        QTest::newRow("line breaks as stored") << u"{Notes=a\r\nb\r\n}"_s
+                                              << u"{Day(N2)=-1}{CanDial(N1)=0}{Notes(S6)=a\r\nb\r\n}"_s;
         QTest::newRow("a book that is gone") << u"{AB=Retired}{Day=0}"_s
                                              << u"{Day(N1)=0}{CanDial(N1)=0}{Notes(S0)=}"_s;
         // Several records at once that disagree: every mixed field stays out of the save.
