@@ -110,5 +110,9 @@ int main(int argc, char *argv[])
         session.StartSession(Startup::ApplicationTitle(product), QString(), QString(), QString());
     });
     QCoreApplication::processEvents(); // let pending window events run once; the window shows on READY
+    // A LOGOUT in there (the log-in cancelled) has unloaded the main window already, and its quit()
+    // does nothing before the main loop runs: end here, or the program would stay on with no window.
+    if (session.state() == usrSession::State::Closed)
+        return 0;
     return app.exec();
 }

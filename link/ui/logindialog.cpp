@@ -6,6 +6,7 @@
 #include "ui_logindialog.h"
 
 #include <QApplication>
+#include <QKeyEvent>
 #include <QPushButton>
 
 using namespace Qt::StringLiterals;
@@ -64,6 +65,12 @@ bool PromptForCredentials(SessionCredentials &credentials, const QString &reason
     LoginDialog dialog(QApplication::activeWindow());
     dialog.setCredentials(credentials);
     dialog.setReason(reason);
+    // Test seam: with QUILL_TEST_LOGIN_ESCAPE set, Escape reaches the dialog as soon as it is on
+    // screen (exec shows it before the posted key is delivered), as if the user had pressed it, so
+    // that a test can cancel the log-in of a quillconfig it started. The dialog's own Escape
+    // handling does the rest.
+    if (qEnvironmentVariableIsSet("QUILL_TEST_LOGIN_ESCAPE"))
+        QCoreApplication::postEvent(&dialog, new QKeyEvent(QEvent::KeyPress, Qt::Key_Escape, Qt::NoModifier));
     if (dialog.exec() != QDialog::Accepted)
         return false;
     credentials = dialog.credentials();

@@ -1,9 +1,10 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The quillconfig program itself: on its embedded demo server it logs in, and a second copy
-// started meanwhile ends at once, silently.
+// The quillconfig program itself: on its embedded demo server it logs in, a second copy started
+// meanwhile ends at once, silently, and cancelling the log-in at start-up ends the program.
 #include <QDir>
 #include <QFileInfo>
 #include <QProcess>
+#include <QTcpServer>
 #include <QTemporaryDir>
 #include <QTest>
 
@@ -65,6 +66,40 @@ private slots:
         first.terminate();
         if (!first.waitForFinished(10000))
             first.kill();
+    }
+
+    void cancellingTheLogInAtStartUpEndsTheProgramAndFreesItsLock()
+    {
+        QTcpServer probe; // a port that was free a moment ago: nothing listens there
+        QVERIFY(probe.listen(QHostAddress::LocalHost));
+        const QString server = u"ws://127.0.0.1:%1"_s.arg(probe.serverPort());
+        probe.close();
+
+        // Twice: a copy that stayed on, or left its lock held, would make the second end silently
+        // without ever opening a session.
+        for (int run = 1; run <= 2; ++run) {
+            QProcess process;
+            prepare(process);
+            QProcessEnvironment environment = process.processEnvironment();
+            environment.insert(u"QUILL_TEST_LOGIN_ESCAPE"_s, u"1"_s); // Escape in the log-in dialog
+            process.setProcessEnvironment(environment);
+            process.setArguments({u"--server"_s, server, u"--user"_s, u"admin"_s});
+            process.start();
+            QVERIFY(process.waitForStarted());
+            const bool ended = process.waitForFinished(15000);
+            const QString log = QString::fromLocal8Bit(process.readAllStandardError());
+            if (!ended) {
+                process.kill();
+                process.waitForFinished();
+            }
+            QVERIFY2(ended,
+                     qPrintable(u"run %1 still running after the log-in was cancelled:\n"_s.arg(run) + log));
+            QCOMPARE(process.exitStatus(), QProcess::NormalExit);
+            QCOMPARE(process.exitCode(), 0);
+            QVERIFY2(log.contains(u"State::Closed"_s),
+                     qPrintable(u"run %1 opened no session:\n"_s.arg(run) + log));
+            QVERIFY2(!log.contains(u"State::Ready"_s), qPrintable(log));
+        }
     }
 };
 
