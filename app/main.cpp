@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // The configuration tool's entry point: one running copy, translation, product name, the session.
+#include "connectingdialog.h"
 #include "embeddedserver.h"
 #include "errorlog.h"
 #include "logindialog.h"
@@ -98,6 +99,10 @@ int main(int argc, char *argv[])
     session.command = CommandLine(QCoreApplication::arguments());
     session.setCredentialsPrompt(PromptForCredentials);
     session.setKeepTryingQuestion(AskKeepTrying);
+    // "Connecting to <server>..." until the first READY; a failed first connection asks what to do.
+    ConnectingDialog connecting(session);
+    session.setFirstConnectFailure(
+        [&connecting](const QString &reason) { return connecting.askAfterFailure(reason); });
     if (!UseEmbeddedServerWhenNeeded(session, embedded))
         return 1;
 

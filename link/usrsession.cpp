@@ -104,6 +104,7 @@ public:
     void onServerLogout(const QString &frame);
     void onConnectionLost();
     void onLogInTimeout();
+    void askAfterFirstFailure();
     void retry();
     void endWithLogout(const QString &frame);
     void send(const QString &frame);
@@ -119,8 +120,10 @@ public:
     bool typedByUser = false;  // the credentials came from the prompt: remember server and user
     bool attemptLive = false;  // a connection attempt or connection whose loss is still unhandled
     bool expectClose = false;  // we (or the server's LOGOUT) close it: no reconnect
+    bool everReady = false;    // READY came since StartSession: losses are reconnected quietly
     CredentialsPrompt prompt;
     GiveUpQuestion keepTrying;
+    FirstConnectFailure firstFailure;
     TokenSource tokenSource;
     QStringList pending;
     QString appTitle;
@@ -208,6 +211,14 @@ void usrSession::CloseSession()
     d->setState(State::Closed);
 }
 
+void usrSession::logOut(const QString &reason)
+{
+    if (d->state == State::Closed)
+        return;
+    qCInfo(lcSession) << "logged out by the user:" << reason;
+    d->endWithLogout(logoutFrame(reason));
+}
+
 usrSession::State usrSession::state() const
 {
     return d->state;
@@ -237,6 +248,11 @@ void usrSession::setCredentialsPrompt(CredentialsPrompt prompt)
 void usrSession::setKeepTryingQuestion(GiveUpQuestion question)
 {
     d->keepTrying = std::move(question);
+}
+
+void usrSession::setFirstConnectFailure(FirstConnectFailure ask)
+{
+    d->firstFailure = std::move(ask);
 }
 
 SessionCredentials usrSession::SavedCredentials()
@@ -306,6 +322,7 @@ void usrSession::Private::start()
             qCWarning(lcSession) << "--ca" << options.caFile << "not used:" << error;
     }
     expectClose = false;
+    everReady = false;
     setState(State::Connecting);
     // Runs from the event loop: start-up returns first, and the prompt may open a modal dialog.
     QTimer::singleShot(0, q, [this] { beginLogIn({}, !q->autologin); });
@@ -375,6 +392,7 @@ void usrSession::Private::connectNow()
     }
 #endif
     logInTimer.start();
+    emit q->connecting(credentials.server);
     socket.open(QNetworkRequest(credentials.server));
 }
 
@@ -415,6 +433,7 @@ void usrSession::Private::onReady(const QString &frame)
     logInTimer.stop();
     failedAttempts = 0;
     nextDelayMs = firstDelayMs;
+    everReady = true;
     setState(State::Ready);
     saveTypedCredentials();
     // What was sent while the connection was down goes first, in order, before the reload.
@@ -452,6 +471,15 @@ void usrSession::Private::onConnectionLost()
         return;
     if (lastFailure.isEmpty())
         lastFailure = socket.closeReason().isEmpty() ? socket.errorString() : socket.closeReason();
+    if (!everReady && firstFailure) {
+        // A server never reached yet is most likely named wrongly or not running: the user decides
+        // now rather than after minutes of silent retries. Asked from the event loop, not from
+        // inside the socket's signal, since the answer may take a modal dialog.
+        qCInfo(lcSession) << "could not connect (" << lastFailure << "); asking what to do";
+        setState(State::Reconnecting);
+        QTimer::singleShot(0, q, [this] { askAfterFirstFailure(); });
+        return;
+    }
     ++failedAttempts;
     qCInfo(lcSession) << "connection lost (" << lastFailure << "); retrying in" << nextDelayMs << "ms";
     setState(State::Reconnecting);
@@ -467,6 +495,29 @@ void usrSession::Private::onLogInTimeout()
     lastFailure = u"The server did not answer in time."_s;
     socket.abort();
     onConnectionLost(); // does nothing when the abort has already reported the loss
+}
+
+void usrSession::Private::askAfterFirstFailure()
+{
+    if (state == State::Closed)
+        return;
+    const QString reason = lastFailure;
+    lastFailure.clear();
+    const ConnectChoice choice = firstFailure(reason);
+    if (state == State::Closed) // closed while the question was open (the program is ending)
+        return;
+    qCInfo(lcSession) << "after the failed connection:" << choice;
+    switch (choice) {
+    case ConnectChoice::Retry:
+        connectNow();
+        break;
+    case ConnectChoice::ChangeServer:
+        beginLogIn(reason, true);
+        break;
+    case ConnectChoice::Quit:
+        endWithLogout(logoutFrame(reason));
+        break;
+    }
 }
 
 void usrSession::Private::retry()

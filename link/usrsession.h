@@ -53,6 +53,9 @@ public:
     void SendCommand(const QString &commandText);
     // Ends the session; no reconnect follows.
     void CloseSession();
+    // Ends the session from the user's side (Quit while connecting): no reconnect follows, and the
+    // session reports "LOGOUT" with reason, as a server's log-out would, which ends the program.
+    void logOut(const QString &reason);
 
     State state() const;
     QUrl server() const;
@@ -67,6 +70,14 @@ public:
     // "LOGOUT"). Without one the session keeps trying.
     using GiveUpQuestion = std::function<bool(const QString &reason)>;
     void setKeepTryingQuestion(GiveUpQuestion question);
+    // Asked after each failed connection attempt until the session has first been ready (a server
+    // named wrongly, or not running): try again, change the server in the credentials prompt
+    // (shown with the reason), or quit (the session reports "LOGOUT"). Without one, or once the
+    // session has been ready, the session reconnects quietly with back-off.
+    enum class ConnectChoice { Retry, ChangeServer, Quit };
+    Q_ENUM(ConnectChoice)
+    using FirstConnectFailure = std::function<ConnectChoice(const QString &reason)>;
+    void setFirstConnectFailure(FirstConnectFailure ask);
 
     // Server and user kept from the last log-in typed into the prompt (never a password).
     static SessionCredentials SavedCredentials();
@@ -95,6 +106,8 @@ signals:
     // kind: "LOGIN", "READY", "LOGOUT", or "MESSAGE" with data = one whole server frame.
     void SessionEvent(const QString &unused, const QString &kind, const QString &data);
     void stateChanged(usrSession::State state);
+    // A connection attempt to server begins: the first, one the user asked for, or a reconnect.
+    void connecting(const QUrl &server);
 
 private:
     class Private;

@@ -1,5 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The log-in dialog as the session shows it: what it offers, what it hands back, and cancel.
+// The session's dialogs: the log-in (what it offers, what it hands back, cancel) and the window shown
+// while connecting (what it says, and the ways out of it).
+#include "connectingdialog.h"
 #include "errorlog.h"
 #include "isolation.h"
 #include "logindialog.h"
@@ -11,6 +13,7 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
+#include <QTcpServer>
 #include <QTest>
 #include <QTimer>
 
@@ -38,6 +41,19 @@ void whenDialogShows(std::function<void(LoginDialog *)> act)
     poll->start(10);
 }
 
+// How the user leaves the connecting window.
+enum class Leave { QuitButton, Escape, CloseWindow };
+
+void leave(ConnectingDialog &dialog, Leave how)
+{
+    if (how == Leave::QuitButton)
+        QTest::mouseClick(dialog.findChild<QPushButton *>(u"Quit"_s), Qt::LeftButton);
+    else if (how == Leave::Escape)
+        QTest::keyClick(&dialog, Qt::Key_Escape);
+    else
+        dialog.close();
+}
+
 QPushButton *button(LoginDialog *dialog, QDialogButtonBox::StandardButton which)
 {
     return dialog->findChild<QDialogButtonBox *>()->button(which);
@@ -63,10 +79,17 @@ class LoginDialogTest : public QObject
     Q_OBJECT
     TestIsolation m_scratch;
 
+    // A server that accepts connections and never answers: the session stays connecting.
+    QTcpServer m_silent;
+    QList<QTcpSocket *> m_accepted; // kept open, owned by m_silent
+
 private slots:
     void initTestCase()
     {
         QVERIFY(m_scratch.enter());
+        QVERIFY(m_silent.listen(QHostAddress::LocalHost));
+        connect(&m_silent, &QTcpServer::newConnection, this,
+                [this] { m_accepted << m_silent.nextPendingConnection(); });
     }
 
     void showsWhatIsKnownAndWhyTheLastTryFailed()
@@ -151,6 +174,107 @@ private slots:
         QCOMPARE(credentials.user, u"admin"_s);
         QCOMPARE(credentials.server, QUrl(u"wss://quill.example:443"_s));
         QVERIFY(credentials.password.isEmpty());
+    }
+
+    void connectingWindowShowsTheServerAndEveryWayOutLogsOut_data()
+    {
+        QTest::addColumn<bool>("failed"); // the first attempt failed: the window asks what to do
+        QTest::addColumn<Leave>("how");
+        QTest::newRow("Quit while connecting") << false << Leave::QuitButton;
+        QTest::newRow("Escape while connecting") << false << Leave::Escape;
+        QTest::newRow("window closed while connecting") << false << Leave::CloseWindow;
+        QTest::newRow("Quit after a failure") << true << Leave::QuitButton;
+        QTest::newRow("Escape after a failure") << true << Leave::Escape;
+        QTest::newRow("window closed after a failure") << true << Leave::CloseWindow;
+    }
+
+    void connectingWindowShowsTheServerAndEveryWayOutLogsOut()
+    {
+        QFETCH(bool, failed);
+        QFETCH(Leave, how);
+        QTcpServer probe; // a port that was free a moment ago: nothing listens there
+        QVERIFY(probe.listen(QHostAddress::LocalHost));
+        const QUrl server(u"ws://127.0.0.1:%1"_s.arg(failed ? probe.serverPort() : m_silent.serverPort()));
+        probe.close();
+
+        usrSession session;
+        ConnectingDialog dialog(session);
+        int logouts = 0;
+        connect(&session, &usrSession::SessionEvent, this,
+                [&](const QString &, const QString &kind) { logouts += kind == u"LOGOUT"_s ? 1 : 0; });
+        // What the window shows when the user leaves it.
+        QString message, reason;
+        bool retryOffered = false;
+        const auto readAndLeave = [&] {
+            message = dialog.findChild<QLabel *>(u"message"_s)->text();
+            auto *reasonLabel = dialog.findChild<QLabel *>(u"reason"_s);
+            reason = reasonLabel->isVisible() ? reasonLabel->text() : QString();
+            retryOffered = dialog.findChild<QPushButton *>(u"Retry"_s)->isVisible()
+                && dialog.findChild<QPushButton *>(u"ChangeServer"_s)->isVisible();
+            leave(dialog, how);
+        };
+        QString asked;
+        session.setFirstConnectFailure([&](const QString &failure) {
+            asked = failure;
+            QTimer::singleShot(0, &dialog, readAndLeave); // the question runs its own event loop
+            return dialog.askAfterFailure(failure);
+        });
+        SessionCredentials credentials;
+        credentials.server = server;
+        credentials.token = u"unused"_s;
+        session.setCredentials(credentials);
+        session.StartSession(u"QuillServer Configuration"_s);
+        if (!failed) {
+            QTRY_VERIFY(dialog.isVisible());
+            readAndLeave();
+        }
+        QTRY_COMPARE_WITH_TIMEOUT(logouts, 1, 10000);
+        QCOMPARE(session.state(), usrSession::State::Closed);
+        QTRY_VERIFY(!dialog.isVisible());
+        if (failed) {
+            QCOMPARE(message, u"Could not connect to %1."_s.arg(server.toString()));
+            QVERIFY(!asked.isEmpty());
+            QCOMPARE(reason, asked);
+            QVERIFY(retryOffered);
+        } else {
+            QCOMPARE(message, u"Connecting to %1..."_s.arg(server.toString()));
+            QVERIFY(reason.isEmpty());
+            QVERIFY(!retryOffered);
+        }
+    }
+
+    void retryTriesAgainAndChangeServerMakesWayForTheLogInDialog()
+    {
+        QTcpServer probe;
+        QVERIFY(probe.listen(QHostAddress::LocalHost));
+        SessionCredentials credentials;
+        credentials.server = QUrl(u"ws://127.0.0.1:%1"_s.arg(probe.serverPort()));
+        credentials.token = u"unused"_s;
+        probe.close();
+
+        usrSession session;
+        ConnectingDialog dialog(session);
+        int questions = 0;
+        session.setFirstConnectFailure([&](const QString &reason) {
+            ++questions;
+            // First Retry, then Change server, each pressed once the window asks.
+            const QString choice = questions == 1 ? u"Retry"_s : u"ChangeServer"_s;
+            QTimer::singleShot(0, &dialog, [&dialog, choice] {
+                QTest::mouseClick(dialog.findChild<QPushButton *>(choice), Qt::LeftButton);
+            });
+            return dialog.askAfterFailure(reason);
+        });
+        bool visibleDuringPrompt = true;
+        session.setCredentialsPrompt([&](SessionCredentials &, const QString &) {
+            visibleDuringPrompt = dialog.isVisible();
+            return false; // cancelled: the session ends
+        });
+        session.setCredentials(credentials);
+        session.StartSession(u"QuillServer Configuration"_s);
+        QTRY_COMPARE_WITH_TIMEOUT(session.state(), usrSession::State::Closed, 10000);
+        QCOMPARE(questions, 2);
+        QVERIFY(!visibleDuringPrompt);
+        QVERIFY(!dialog.isVisible());
     }
 };
 

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // The session against the reference server: log-in, wrong passwords, a server that dies and comes
-// back, and frames that only look like session frames.
+// back, a first connection that fails, and frames that only look like session frames.
 #include "errorlog.h"
 #include "isolation.h"
 #include "logindialog.h"
@@ -107,6 +107,14 @@ DialogAnswers::Action cancel()
     return [](LoginDialog *dialog) {
         QTest::mouseClick(dialog->findChild<QDialogButtonBox *>()->button(QDialogButtonBox::Cancel), Qt::LeftButton);
     };
+}
+
+// An address where nothing listens: a port that was free a moment ago.
+QUrl closedPort()
+{
+    QTcpServer probe;
+    probe.listen(QHostAddress::LocalHost);
+    return QUrl(u"ws://127.0.0.1:%1"_s.arg(probe.serverPort()));
 }
 
 QString readList(const QString &ref)
@@ -223,6 +231,11 @@ private slots:
     void reconnectsAfterTheServerDiesAndSendsWhatWasQueuedInOrder()
     {
         makeSession(TestAccount::password());
+        int asked = 0; // a connection that was up once is reconnected without asking
+        m_session->setFirstConnectFailure([&](const QString &) {
+            ++asked;
+            return usrSession::ConnectChoice::Quit;
+        });
         m_session->StartSession(u"QuillServer Configuration"_s);
         QTRY_COMPARE(m_session->state(), usrSession::State::Ready);
 
@@ -241,6 +254,64 @@ private slots:
         QVERIFY(m_log->reply(u"Q-1"_s).contains(u"Queued while down"_s));
         QCOMPARE(m_log->count(u"LOGOUT"_s), 0);
         QCOMPARE(m_log->count(u"LOGIN"_s), 2);
+        QCOMPARE(asked, 0);
+    }
+
+    void aFirstConnectionThatFailsAsksWhetherToRetryChangeTheServerOrQuit()
+    {
+        QStringList asked;
+        const auto answer = [&](usrSession::ConnectChoice choice, std::function<void()> before = {}) {
+            m_session->setFirstConnectFailure([&asked, choice, before](const QString &reason) {
+                asked << reason;
+                if (before)
+                    before();
+                return choice;
+            });
+        };
+        const auto startAt = [&](const QUrl &server) {
+            SessionCredentials credentials = m_session->credentials();
+            credentials.server = server;
+            m_session->setCredentials(credentials);
+            m_session->StartSession(u"QuillServer Configuration"_s);
+        };
+
+        // Quit: LOGOUT with the reason, and no further attempt.
+        makeSession(TestAccount::password());
+        answer(usrSession::ConnectChoice::Quit);
+        startAt(closedPort());
+        QTRY_COMPARE_WITH_TIMEOUT(m_log->count(u"LOGOUT"_s), 1, 10000);
+        QCOMPARE(asked.size(), 1);
+        QVERIFY(!asked[0].isEmpty());
+        QCOMPARE(GetText(m_log->events.last().data, u"Reason"_s), asked[0]);
+        QCOMPARE(m_session->state(), usrSession::State::Closed);
+
+        // Retry: the server is back by then, and the next attempt gets in.
+        asked.clear();
+        QVERIFY(m_server.stop());
+        makeSession(TestAccount::password());
+        bool restarted = false;
+        answer(usrSession::ConnectChoice::Retry, [&] { restarted = m_server.start(); });
+        startAt(m_server.url());
+        QTRY_COMPARE_WITH_TIMEOUT(m_log->count(u"READY"_s), 1, 20000);
+        QVERIFY2(restarted, qPrintable(m_server.log()));
+        QCOMPARE(asked.size(), 1);
+
+        // Change server: the prompt shows why, and the session goes where it now says.
+        asked.clear();
+        makeSession(TestAccount::password());
+        QStringList prompted;
+        m_session->setCredentialsPrompt([&](SessionCredentials &credentials, const QString &reason) {
+            prompted << reason;
+            credentials.server = m_server.url();
+            return true;
+        });
+        answer(usrSession::ConnectChoice::ChangeServer);
+        startAt(closedPort());
+        QTRY_COMPARE_WITH_TIMEOUT(m_log->count(u"READY"_s), 1, 20000);
+        QCOMPARE(prompted, asked);
+        QCOMPARE(m_session->server(), m_server.url());
+        QCOMPARE(m_log->count(u"LOGOUT"_s), 0);
+        QSettings(u"Tamsel Telecom Ltd"_s, u"QuillConfig"_s).clear(); // the typed server was remembered
     }
 
     void givingUpOnAServerThatStaysAwayEndsWithLogout()
