@@ -104,17 +104,70 @@ private slots:
         SetApplicationTitle(QString());
     }
 
-    void windowsAreTranslatedOnlyByATranslator_data() { withAndWithoutTranslator(); }
-    void windowsAreTranslatedOnlyByATranslator()
+    // A window's texts, grid and list headings and tab captions: one pass of each helper.
+    void windowsHeadingsAndTabsAreTranslatedOnlyByATranslator_data() { withAndWithoutTranslator(); }
+    void windowsHeadingsAndTabsAreTranslatedOnlyByATranslator()
     {
         QFETCH(bool, translated);
         prepare(translated);
+        const auto expect = [translated](const QStringList &english, const QStringList &german) {
+            return translated ? german : english;
+        };
+
         SampleWindow sample;
         TranslateWindow(&sample.window);
-        QCOMPARE(sample.window.windowTitle(), translated ? u"Geraeteeigenschaften"_s : u"Device Properties"_s);
-        QCOMPARE(sample.label->text(), translated ? u"Bezeichnung"_s : u"Name"_s);
-        QCOMPARE(sample.button->text(), translated ? u"Tasten"_s : u"Buttons"_s);
+        QCOMPARE((QStringList{sample.window.windowTitle(), sample.label->text(), sample.button->text()}),
+                 expect({u"Device Properties"_s, u"Name"_s, u"Buttons"_s},
+                        {u"Geraeteeigenschaften"_s, u"Bezeichnung"_s, u"Tasten"_s}));
         TranslateWindow(nullptr);
+
+        // Grids: the headings column by column, never a cell; columns without a heading keep
+        // showing their number.
+        QTableWidget grid(2, 3);
+        grid.setHorizontalHeaderLabels({u"Name"_s, u"Extension"_s, u"Speed (s)"_s});
+        grid.setItem(0, 0, new QTableWidgetItem(u"Name"_s));
+        TranslateGrid(&grid);
+        QCOMPARE(headings(grid.model()), expect({u"Name"_s, u"Extension"_s, u"Speed (s)"_s},
+                                                {u"Bezeichnung"_s, u"Nebenstelle"_s, u"Speed (s)"_s}));
+        QCOMPARE(grid.item(0, 0)->text(), u"Name"_s);
+        QTableWidget unlabelled(1, 2);
+        TranslateGrid(&unlabelled);
+        QVERIFY(!unlabelled.horizontalHeaderItem(0));
+        QCOMPARE(headings(unlabelled.model()), QStringList({u"1"_s, u"2"_s}));
+        TranslateGrid(nullptr);
+
+        // Tab captions from first to last, on a tab widget or a bare tab bar.
+        const QStringList tabsEnglish{u"&General"_s, u"Buttons"_s, u"Statistics"_s};
+        const QStringList tabsShown = expect(tabsEnglish, {u"&Allgemein"_s, u"Tasten"_s, u"Statistics"_s});
+        QTabWidget tabs;
+        QTabBar bar;
+        for (const QString &caption : tabsEnglish) {
+            tabs.addTab(new QWidget, caption);
+            bar.addTab(caption);
+        }
+        TranslateTabs(&tabs);
+        TranslateTabs(&bar);
+        QCOMPARE(tabTexts(tabs.tabBar()), tabsShown);
+        QCOMPARE(tabTexts(&bar), tabsShown);
+        TranslateTabs(static_cast<QTabBar *>(nullptr));
+
+        // List headings, of a tree widget or of a view's model; a view without a model is passed over.
+        const QStringList listEnglish{u"Name"_s, u"Extension"_s, u"Notes"_s};
+        const QStringList listShown = expect(listEnglish, {u"Bezeichnung"_s, u"Nebenstelle"_s, u"Notes"_s});
+        QTreeWidget list;
+        list.setHeaderLabels(listEnglish);
+        TranslateList(&list);
+        QCOMPARE(list.headerItem()->text(0), listShown.at(0));
+        QCOMPARE(headings(list.model()), listShown);
+        QStandardItemModel model(0, 3);
+        model.setHorizontalHeaderLabels(listEnglish);
+        QTreeView view;
+        view.setModel(&model);
+        TranslateList(&view);
+        QCOMPARE(headings(&model), listShown);
+        QTreeView empty;
+        TranslateList(&empty);
+        TranslateList(static_cast<QTreeView *>(nullptr));
     }
 
     void aFailingWindowTranslationIsLoggedAndTheWindowKeepsItsTexts()
@@ -128,75 +181,6 @@ private slots:
         QFile log(m_log);
         QVERIFY(log.open(QIODevice::ReadOnly));
         QVERIFY(log.readAll().contains("Window not translatable  @  TranslateWindow\n"));
-    }
-
-    void gridHeadingsAreTranslatedColumnByColumn_data() { withAndWithoutTranslator(); }
-    void gridHeadingsAreTranslatedColumnByColumn()
-    {
-        QFETCH(bool, translated);
-        prepare(translated);
-        QTableWidget grid(2, 3);
-        grid.setHorizontalHeaderLabels({u"Name"_s, u"Extension"_s, u"Speed (s)"_s});
-        grid.setItem(0, 0, new QTableWidgetItem(u"Name"_s)); // a cell, not a heading
-        TranslateGrid(&grid);
-        QCOMPARE(headings(grid.model()), translated ? QStringList({u"Bezeichnung"_s, u"Nebenstelle"_s, u"Speed (s)"_s})
-                                                    : QStringList({u"Name"_s, u"Extension"_s, u"Speed (s)"_s}));
-        QCOMPARE(grid.item(0, 0)->text(), u"Name"_s);
-
-        // Columns without a heading keep showing their number.
-        QTableWidget unlabelled(1, 2);
-        TranslateGrid(&unlabelled);
-        QVERIFY(!unlabelled.horizontalHeaderItem(0));
-        QCOMPARE(headings(unlabelled.model()), QStringList({u"1"_s, u"2"_s}));
-        TranslateGrid(nullptr);
-    }
-
-    void tabCaptionsAreTranslatedFromFirstToLast_data() { withAndWithoutTranslator(); }
-    void tabCaptionsAreTranslatedFromFirstToLast()
-    {
-        QFETCH(bool, translated);
-        prepare(translated);
-        const QStringList english{u"&General"_s, u"Buttons"_s, u"Statistics"_s};
-        const QStringList german{u"&Allgemein"_s, u"Tasten"_s, u"Statistics"_s};
-
-        QTabWidget tabs;
-        for (const QString &caption : english)
-            tabs.addTab(new QWidget, caption);
-        TranslateTabs(&tabs);
-        QCOMPARE(tabTexts(tabs.tabBar()), translated ? german : english);
-
-        QTabBar bar;
-        for (const QString &caption : english)
-            bar.addTab(caption);
-        TranslateTabs(&bar);
-        QCOMPARE(tabTexts(&bar), translated ? german : english);
-        TranslateTabs(static_cast<QTabBar *>(nullptr));
-    }
-
-    void listHeadingsAreTranslated_data() { withAndWithoutTranslator(); }
-    void listHeadingsAreTranslated()
-    {
-        QFETCH(bool, translated);
-        prepare(translated);
-        const QStringList english{u"Name"_s, u"Extension"_s, u"Notes"_s};
-        const QStringList german{u"Bezeichnung"_s, u"Nebenstelle"_s, u"Notes"_s};
-
-        QTreeWidget list;
-        list.setHeaderLabels(english);
-        TranslateList(&list);
-        QCOMPARE(list.headerItem()->text(0), translated ? german.at(0) : english.at(0));
-        QCOMPARE(headings(list.model()), translated ? german : english);
-
-        QStandardItemModel model(0, 3);
-        model.setHorizontalHeaderLabels(english);
-        QTreeView view;
-        view.setModel(&model);
-        TranslateList(&view);
-        QCOMPARE(headings(&model), translated ? german : english);
-
-        QTreeView empty; // no model at all
-        TranslateList(&empty);
-        TranslateList(static_cast<QTreeView *>(nullptr));
     }
 
     void messageBoxesShowTheTranslatedPromptUnderTheApplicationsTitle_data() { withAndWithoutTranslator(); }
