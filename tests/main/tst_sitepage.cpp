@@ -23,7 +23,7 @@ namespace {
 const QStringList allGroups{u"bPort"_s,  u"bIp"_s,   u"bIPPort"_s, u"bComm"_s,
                             u"pPword"_s, u"pDemo"_s, u"pAvaya"_s,  u"pAuto"_s};
 
-// The groups the page shows, sorted by name.
+// The groups the page shows, in the order of allGroups.
 QStringList shownGroups(const QWidget &page)
 {
     QStringList shown;
@@ -32,14 +32,7 @@ QStringList shownGroups(const QWidget &page)
         if (group && !group->isHidden())
             shown << name;
     }
-    shown.sort();
     return shown;
-}
-
-QStringList sorted(QStringList list)
-{
-    list.sort();
-    return list;
 }
 
 template <typename T> T *child(const QWidget &page, const QString &name)
@@ -48,6 +41,22 @@ template <typename T> T *child(const QWidget &page, const QString &name)
     if (!found)
         qFatal("no control %s", qPrintable(name));
     return found;
+}
+
+// What the named controls show: a line's text, a list's choice, "1" or "0" for a box.
+QStringList shown(const QWidget &page, const QStringList &names)
+{
+    QStringList texts;
+    for (const QString &name : names) {
+        QWidget *control = child<QWidget>(page, name);
+        if (auto *line = qobject_cast<QLineEdit *>(control))
+            texts << line->text();
+        else if (auto *combo = qobject_cast<QComboBox *>(control))
+            texts << combo->currentText();
+        else
+            texts << (child<QCheckBox>(page, name)->isChecked() ? u"1"_s : u"0"_s);
+    }
+    return texts;
 }
 
 void choose(QComboBox *combo, const QString &text)
@@ -77,12 +86,12 @@ private slots:
 
         const QString net = u"{Comm=Tcp/Ip}"_s;
         const QString serial = u"{Comm=Com2:}"_s;
-        QTest::newRow("Siemens on the network")
-            << u"{PBX=SIEMENS}"_s + net
-            << QStringList{u"pPword"_s, u"bPort"_s, u"pAuto"_s, u"bIp"_s, u"bIPPort"_s} << u"Tcp/Ip"_s;
+        const QStringList passwordAndAuto{u"pPword"_s, u"pAuto"_s};
+        QTest::newRow("Siemens on the network") << u"{PBX=SIEMENS}"_s + net
+                                                << QStringList{u"bPort"_s, u"bIp"_s, u"bIPPort"_s} + passwordAndAuto
+                                                << u"Tcp/Ip"_s;
         QTest::newRow("Intertel on a serial port")
-            << u"{PBX=INTERTEL}"_s + serial << QStringList{u"pPword"_s, u"bPort"_s, u"pAuto"_s, u"bComm"_s}
-            << u"Com2:"_s;
+            << u"{PBX=INTERTEL}"_s + serial << QStringList{u"bPort"_s, u"bComm"_s} + passwordAndAuto << u"Com2:"_s;
         QTest::newRow("Toshiba on the network")
             << u"{PBX=TOSHIBA}"_s + net << QStringList{u"bPort"_s, u"bIp"_s, u"bIPPort"_s} << u"Tcp/Ip"_s;
         QTest::newRow("Toshiba on a serial port")
@@ -98,14 +107,13 @@ private slots:
         QTest::newRow("demonstration")
             << u"{PBX=Demonstration mode}"_s + net << QStringList{u"pDemo"_s} << u"Tcp/Ip"_s;
         QTest::newRow("Avaya") << u"{PBX=AVAYA ECS}"_s + net
-                               << QStringList{u"pAvaya"_s, u"pPword"_s, u"pAuto"_s} << u"Tcp/Ip"_s;
+                               << QStringList{u"pPword"_s, u"pAvaya"_s, u"pAuto"_s} << u"Tcp/Ip"_s;
         QTest::newRow("another system") << u"{PBX=MITEL}"_s + serial << QStringList{u"pAuto"_s} << u"Com2:"_s;
         QTest::newRow("not used") << u"{PBX=Not used}"_s << QStringList{u"pAuto"_s} << QString();
         QTest::newRow("no type yet") << u"{Comm=Tcp/Ip}"_s << QStringList{} << u"Tcp/Ip"_s;
         // A type that is part of a listed name takes that name's rule.
         QTest::newRow("part of INTERTEL")
-            << u"{PBX=tel}"_s + serial << QStringList{u"pPword"_s, u"bPort"_s, u"pAuto"_s, u"bComm"_s}
-            << u"Com2:"_s;
+            << u"{PBX=tel}"_s + serial << QStringList{u"bPort"_s, u"bComm"_s} + passwordAndAuto << u"Com2:"_s;
     }
 
     void eachTypeShowsExactlyItsGroups()
@@ -116,7 +124,7 @@ private slots:
 
         SitePage page;
         page.load(stored);
-        QCOMPARE(shownGroups(page), sorted(groups));
+        QCOMPARE(shownGroups(page), groups);
         QCOMPARE(child<QComboBox>(page, u"Comm"_s)->currentText(), connection);
     }
 
@@ -126,31 +134,30 @@ private slots:
         auto *type = child<QComboBox>(page, u"sType"_s);
         auto *comm = child<QComboBox>(page, u"Comm"_s);
         page.load(u"{PBX=SIEMENS}{Comm=Tcp/Ip}"_s);
-
-        choose(comm, u"Com3:"_s);
-        QCOMPARE(shownGroups(page), sorted({u"pPword"_s, u"bPort"_s, u"pAuto"_s, u"bComm"_s}));
-        choose(comm, u"Tcp/Ip"_s);
-        QCOMPARE(shownGroups(page), sorted({u"pPword"_s, u"bPort"_s, u"pAuto"_s, u"bIp"_s, u"bIPPort"_s}));
-
-        choose(type, u"AVAYA ECS"_s);
-        QCOMPARE(shownGroups(page), sorted({u"pAvaya"_s, u"pPword"_s, u"pAuto"_s}));
-        // A connection chosen while the type has none shows nothing more.
-        choose(comm, u"Com1:"_s);
-        QCOMPARE(shownGroups(page), sorted({u"pAvaya"_s, u"pPword"_s, u"pAuto"_s}));
-
-        choose(type, u"Nortel BCM"_s);
-        QCOMPARE(shownGroups(page), QStringList{u"pAuto"_s});
-        QCOMPARE(comm->currentText(), u"Tcp/Ip"_s);
-
-        choose(type, u"Demonstration mode"_s);
-        QCOMPARE(shownGroups(page), QStringList{u"pDemo"_s});
-
-        choose(comm, u"Com2:"_s);
-        choose(type, u"TELRAD"_s);
-        QCOMPARE(shownGroups(page), sorted({u"bPort"_s, u"bComm"_s}));
-        choose(comm, u"Tcp/Ip"_s); // the type fixes the link: nothing to change it into
-        QCOMPARE(comm->currentText(), u"Tcp/Ip"_s);
-        QCOMPARE(shownGroups(page), QStringList{u"bPort"_s});
+        // One choice after another on the same page: the groups and the connection then shown.
+        const struct
+        {
+            QComboBox *list;
+            QString choice;
+            QStringList groups;
+            QString connection;
+        } steps[] = {
+            {comm, u"Com3:"_s, {u"bPort"_s, u"bComm"_s, u"pPword"_s, u"pAuto"_s}, u"Com3:"_s},
+            {comm, u"Tcp/Ip"_s, {u"bPort"_s, u"bIp"_s, u"bIPPort"_s, u"pPword"_s, u"pAuto"_s}, u"Tcp/Ip"_s},
+            {type, u"AVAYA ECS"_s, {u"pPword"_s, u"pAvaya"_s, u"pAuto"_s}, u"Tcp/Ip"_s},
+            // A connection chosen while the type has none shows nothing more.
+            {comm, u"Com1:"_s, {u"pPword"_s, u"pAvaya"_s, u"pAuto"_s}, u"Com1:"_s},
+            {type, u"Nortel BCM"_s, {u"pAuto"_s}, u"Tcp/Ip"_s},
+            {type, u"Demonstration mode"_s, {u"pDemo"_s}, u"Tcp/Ip"_s},
+            {comm, u"Com2:"_s, {u"pDemo"_s}, u"Com2:"_s},
+            {type, u"TELRAD"_s, {u"bPort"_s, u"bComm"_s}, u"Com2:"_s},
+            {comm, u"Tcp/Ip"_s, {u"bPort"_s}, u"Tcp/Ip"_s},
+        };
+        for (const auto &step : steps) {
+            choose(step.list, step.choice);
+            QCOMPARE(shownGroups(page), step.groups);
+            QCOMPARE(comm->currentText(), step.connection);
+        }
 
         // The fixed lists offer what the site needs.
         for (const QString &entry : {u"AVAYA ECS"_s, u"Nortel BCM"_s, u"SIEMENS"_s, u"INTERTEL"_s,
@@ -165,13 +172,12 @@ private slots:
     {
         SitePage page;
         NetworkPage network;
+        const QStringList fields{u"Settings"_s, u"sVMType"_s, u"AutoDir"_s, u"sType"_s, u"sVMIP"_s};
         page.load(QString());
         network.load(QString());
-        QCOMPARE(child<QLineEdit>(page, u"Settings"_s)->text(), u"19200,n,8,1"_s);
-        QCOMPARE(child<QComboBox>(page, u"sVMType"_s)->currentText(), u"(None)"_s);
-        QVERIFY(!child<QCheckBox>(page, u"AutoDir"_s)->isChecked());
+        QCOMPARE(shown(page, fields), (QStringList{u"19200,n,8,1"_s, u"(None)"_s, u"0"_s, QString(), QString()}));
         QCOMPARE(child<QComboBox>(page, u"sType"_s)->currentIndex(), -1);
-        QVERIFY(!child<QCheckBox>(network, u"netSend"_s)->isChecked());
+        QCOMPARE(shown(network, {u"netSend"_s}), QStringList{u"0"_s});
 
         const QString stored =
             u"{Name(S11)=Quay Office}{AutoDir(N1)=1}{PBX=samsung}{VMIP=10.1.1.9}{VMType=voxpro}"
@@ -180,29 +186,17 @@ private slots:
             u"{SendUpdates=1}{SendPath=\\\\fs\\upd}{Cluster=qs2,qs3}"_s;
         page.load(stored);
         network.load(stored);
-        QCOMPARE(child<QLineEdit>(page, u"sName"_s)->text(), u"Quay Office"_s);
-        QVERIFY(child<QCheckBox>(page, u"AutoDir"_s)->isChecked());
         // A type the list does not offer is kept, so saving gives it back.
-        QCOMPARE(child<QComboBox>(page, u"sType"_s)->currentText(), u"samsung"_s);
-        QCOMPARE(child<QComboBox>(page, u"sVMType"_s)->currentText(), u"VoxPro"_s);
-        QCOMPARE(child<QLineEdit>(page, u"sVMIP"_s)->text(), u"10.1.1.9"_s);
-        QCOMPARE(child<QLineEdit>(page, u"Settings"_s)->text(), u"9600,e,7,1"_s);
-        QCOMPARE(child<QLineEdit>(page, u"Uname"_s)->text(), u"cti"_s);
-        QCOMPARE(child<QLineEdit>(page, u"PWord"_s)->text(), u"pw"_s);
+        QCOMPARE(shown(page, fields + QStringList{u"sName"_s, u"Uname"_s, u"PWord"_s}),
+                 (QStringList{u"9600,e,7,1"_s, u"VoxPro"_s, u"1"_s, u"samsung"_s, u"10.1.1.9"_s, u"Quay Office"_s,
+                              u"cti"_s, u"pw"_s}));
         QCOMPARE(child<QLineEdit>(page, u"PWord"_s)->echoMode(), QLineEdit::Password);
-        QCOMPARE(child<QLineEdit>(network, u"Alert_0"_s)->text(), u"201"_s);
-        QCOMPARE(child<QLineEdit>(network, u"Alert_2"_s)->text(), u"203"_s);
-        QVERIFY(child<QCheckBox>(network, u"netSend"_s)->isChecked());
-        QCOMPARE(child<QLineEdit>(network, u"netPath"_s)->text(), u"\\\\fs\\upd"_s);
-        QCOMPARE(child<QLineEdit>(network, u"netCluster"_s)->text(), u"qs2,qs3"_s);
+        QCOMPARE(shown(network, {u"Alert_0"_s, u"Alert_2"_s, u"netSend"_s, u"netPath"_s, u"netCluster"_s}),
+                 (QStringList{u"201"_s, u"203"_s, u"1"_s, u"\\\\fs\\upd"_s, u"qs2,qs3"_s}));
 
         // Loading again replaces everything: a field the new record lacks takes its default.
         page.load(u"{Name=Dock}{PBX=NORTEL CTE}"_s);
-        QCOMPARE(child<QComboBox>(page, u"sType"_s)->currentText(), u"Nortel BCM"_s);
-        QCOMPARE(child<QLineEdit>(page, u"Settings"_s)->text(), u"19200,n,8,1"_s);
-        QCOMPARE(child<QComboBox>(page, u"sVMType"_s)->currentText(), u"(None)"_s);
-        QVERIFY(!child<QCheckBox>(page, u"AutoDir"_s)->isChecked());
-        QVERIFY(child<QLineEdit>(page, u"sVMIP"_s)->text().isEmpty());
+        QCOMPARE(shown(page, fields), (QStringList{u"19200,n,8,1"_s, u"(None)"_s, u"0"_s, u"Nortel BCM"_s, QString()}));
 
         // The type is written as the list names it, chosen or not.
         RecordEntries entries;
@@ -265,22 +259,20 @@ private slots:
         auto *type = child<QComboBox>(page, u"sVMType"_s);
         auto *number = child<QLineEdit>(page, u"sVM"_s);
         auto *address = child<QLineEdit>(page, u"sVMIP"_s);
-        const QStringList types{u"(None)"_s, u"VoxBox"_s, u"VoxPro"_s, u"External Voice Mail"_s,
-                                u"Internal Voice Mail"_s};
-        QCOMPARE(type->count(), int(types.size()));
-        for (int i = 0; i < types.size(); ++i)
-            QCOMPARE(type->itemText(i), types.at(i));
-
-        choose(type, u"(None)"_s);
-        QVERIFY(!number->isEnabled());
-        QVERIFY(!address->isEnabled());
-        for (const QString &networked : {u"VoxBox"_s, u"VoxPro"_s, u"External Voice Mail"_s}) {
-            choose(type, networked);
-            QVERIFY2(number->isEnabled() && address->isEnabled(), qPrintable(networked));
+        // Each type in the list's order, with whether it takes a number and an address.
+        const std::tuple<QString, bool, bool> types[] = {{u"(None)"_s, false, false},
+                                                         {u"VoxBox"_s, true, true},
+                                                         {u"VoxPro"_s, true, true},
+                                                         {u"External Voice Mail"_s, true, true},
+                                                         {u"Internal Voice Mail"_s, true, false}};
+        int index = 0;
+        for (const auto &[name, hasNumber, hasAddress] : types) {
+            QCOMPARE(type->itemText(index++), name);
+            choose(type, name);
+            QCOMPARE(number->isEnabled(), hasNumber);
+            QCOMPARE(address->isEnabled(), hasAddress);
         }
-        choose(type, u"Internal Voice Mail"_s);
-        QVERIFY(number->isEnabled());
-        QVERIFY(!address->isEnabled());
+        QCOMPARE(type->count(), index);
     }
 
     void savedRecordKeepsTheOrderAndTheSettingsItDoesNotShow()
