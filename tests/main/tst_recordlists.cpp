@@ -12,9 +12,11 @@
 #include <memory>
 
 namespace {
-QString routingSetOrder(const QString &id, int position)
+// The command that stores a record's place in its list, byte for byte.
+QString setOrder(const QString &table, const QString &id, qsizetype position)
 {
-    return u"{Cmd=SetField}{Table=Routing}{Id(N%1)=%2}{Field(S5)=Order}{Value(N%3)=%4}"_s.arg(id.size())
+    return u"{Cmd=SetField}{Table=%1}{Id(N%2)=%3}{Field(S5)=Order}{Value(N%4)=%5}"_s.arg(table)
+        .arg(id.size())
         .arg(id)
         .arg(QString::number(position).size())
         .arg(position);
@@ -94,15 +96,11 @@ void RecordListsTest::cleanup()
 
 RecordList *RecordListsTest::listFor(const QString &subRef) const
 {
-    if (subRef == u"AB"_s)
-        return m_books.get();
-    if (subRef == u"CAMPAIGNS"_s)
-        return m_campaigns.get();
-    if (subRef == u"ROUTING"_s)
-        return m_routing.get();
-    if (subRef == u"SCRIPTS"_s)
-        return m_scripts.get();
-    return nullptr;
+    const QHash<QString, RecordList *> lists{{u"AB"_s, m_books.get()},
+                                             {u"CAMPAIGNS"_s, m_campaigns.get()},
+                                             {u"ROUTING"_s, m_routing.get()},
+                                             {u"SCRIPTS"_s, m_scripts.get()}};
+    return lists.value(subRef);
 }
 
 void RecordListsTest::select(RecordList *list, const QString &name)
@@ -189,17 +187,13 @@ void RecordListsTest::buttonsFollowTheSelection()
     for (int index = 1; index <= 4; ++index)
         QVERIFY2(!button(m_routing.get(), index)->isEnabled(), qPrintable(QString::number(index)));
 
-    tree->setCurrentItem(tree->topLevelItem(0));
-    QVERIFY(button(m_routing.get(), 1)->isEnabled());
-    QVERIFY(button(m_routing.get(), 2)->isEnabled());
-    QVERIFY(!button(m_routing.get(), 3)->isEnabled());
-    QVERIFY(button(m_routing.get(), 4)->isEnabled());
-    tree->setCurrentItem(tree->topLevelItem(last));
-    QVERIFY(button(m_routing.get(), 3)->isEnabled());
-    QVERIFY(!button(m_routing.get(), 4)->isEnabled());
-    tree->setCurrentItem(tree->topLevelItem(1));
-    QVERIFY(button(m_routing.get(), 3)->isEnabled());
-    QVERIFY(button(m_routing.get(), 4)->isEnabled());
+    // Edit and Remove for any entry; Up for all but the first, Down for all but the last.
+    for (const auto &[row, up, down] : {std::tuple{0, false, true}, std::tuple{last, true, false}, std::tuple{1, true, true}}) {
+        tree->setCurrentItem(tree->topLevelItem(row));
+        QVERIFY(button(m_routing.get(), 1)->isEnabled() && button(m_routing.get(), 2)->isEnabled());
+        QCOMPARE(button(m_routing.get(), 3)->isEnabled(), up);
+        QCOMPARE(button(m_routing.get(), 4)->isEnabled(), down);
+    }
 
     // Add opens a new record; a double-click and Enter open the entry.
     QTest::mouseClick(button(m_routing.get(), 0), Qt::LeftButton);
@@ -230,7 +224,7 @@ void RecordListsTest::routingMoveStoresBothOrdersAndSwapsThem()
     QTest::mouseClick(button(m_routing.get(), 3), Qt::LeftButton);
     QString reply = m_fixture->fetch(u"MAIN-ROUTING"_s); // the frame after the move's own
     QCOMPARE(relay.commands().mid(mark, 2),
-             (QStringList{routingSetOrder(idY, y), routingSetOrder(idX, y + 1)}));
+             (QStringList{setOrder(u"Routing"_s, idY, y), setOrder(u"Routing"_s, idX, y + 1)}));
     QCOMPARE(relay.commands().size(), mark + 3);
     names.swapItemsAt(y - 1, y);
     QCOMPARE(m_routing->names(), names);
@@ -245,7 +239,7 @@ void RecordListsTest::routingMoveStoresBothOrdersAndSwapsThem()
     QTest::mouseClick(button(m_routing.get(), 4), Qt::LeftButton);
     reply = m_fixture->fetch(u"MAIN-ROUTING"_s);
     QCOMPARE(relay.commands().mid(mark, 2),
-             (QStringList{routingSetOrder(idY, y + 1), routingSetOrder(idX, y)}));
+             (QStringList{setOrder(u"Routing"_s, idY, y + 1), setOrder(u"Routing"_s, idX, y)}));
     QCOMPARE(ServerFixture::replyIds(reply).at(y - 1), idX);
     QCOMPARE(ServerFixture::replyIds(reply).at(y), idY);
 
@@ -317,11 +311,7 @@ void RecordListsTest::addressBookMovesWaitForTheMainWindowsSave()
     QCOMPARE(relay.commands().size(), mark + order.size() + 1);
     for (qsizetype position = 0; position < order.size(); ++position) {
         const QString id = order[position];
-        QCOMPARE(relay.commands().at(mark + position),
-                 u"{Cmd=SetField}{Table=AB}{Id(N%1)=%2}{Field(S5)=Order}{Value(N%3)=%4}"_s.arg(id.size())
-                     .arg(id)
-                     .arg(QString::number(position + 1).size())
-                     .arg(position + 1));
+        QCOMPARE(relay.commands().at(mark + position), setOrder(u"AB"_s, id, position + 1));
     }
     QCOMPARE(ServerFixture::replyIds(reply), order);
     QCOMPARE(m_books->ids(), order);
