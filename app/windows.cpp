@@ -3,14 +3,43 @@
 
 #include "Errors.h"
 #include "frmMain.h"
+#include "frmRouting.h"
+#include "frmScript.h"
 #include "propertywindows.h"
+#include "recordlist.h"
 
+#include <QLineEdit>
 #include <QPointer>
+
+namespace {
+
+// Opens a record window modally on idText (written into its hidden Tid, which starts the read) and
+// gives back how it closed.
+template <typename Window> WindowResult runModal(Window &window, const QString &idText)
+{
+    if (auto *tid = window.template findChild<QLineEdit *>(QStringLiteral("Tid")))
+        tid->setText(idText);
+    window.exec();
+    return window.outcome();
+}
+
+} // namespace
 
 void registerWindows(frmMain &main, ServerLink &link)
 {
-    Q_UNUSED(link);
     PropertyWindows &windows = main.propertyWindows();
+
+    windows.setOpener(QStringLiteral("Scripts"), [&link](const QString &idText, QWidget *parent) {
+        frmScript window(link, parent);
+        return runModal(window, idText);
+    });
+    // A routing condition offers the main window's address books, and a condition saved here takes
+    // the place after the last one listed.
+    windows.setOpener(QStringLiteral("Routing"), [&link, &main](const QString &idText, QWidget *parent) {
+        frmRouting window(link, main.recordList(RecordKind::AddressBooks)->names(),
+                          int(main.recordList(RecordKind::Routing)->ids().size()), parent);
+        return runModal(window, idText);
+    });
 
     // One Errors window at a time, beside the main window rather than over it.
     windows.setOpener(QString(frmMain::ErrorsWindow), [errors = QPointer<Errors>()](const QString &, QWidget *parent) mutable {
