@@ -16,6 +16,7 @@
 
 #include "frmMain.h"
 #include "screenshots.h"
+#include "windows.h"
 
 using namespace Qt::StringLiterals;
 
@@ -94,6 +95,7 @@ int main(int argc, char *argv[])
     frmMain window(link);
     window.setProductName(product); // its title: the translation of "<1> configuration"
     window.setEndsProgram(true);
+    registerWindows(window, link); // the property windows and the Errors window its lists open
     QObject::connect(&app, &QCoreApplication::aboutToQuit, &session, [&session] { session.CloseSession(); });
 
     session.command = CommandLine(QCoreApplication::arguments());
