@@ -11,6 +11,8 @@
 #include <QLineEdit>
 #include <QPointer>
 
+#include <memory>
+
 namespace {
 
 // Opens a record window modally on idText (written into its hidden Tid, which starts the read) and
@@ -41,15 +43,17 @@ void registerWindows(frmMain &main, ServerLink &link)
         return runModal(window, idText);
     });
 
-    // One Errors window at a time, beside the main window rather than over it.
-    windows.setOpener(QString(frmMain::ErrorsWindow), [errors = QPointer<Errors>()](const QString &, QWidget *parent) mutable {
-        if (!errors) {
-            errors = new Errors(parent);
-            errors->setAttribute(Qt::WA_DeleteOnClose);
+    // One Errors window at a time, beside the main window rather than over it. The opener is run
+    // as a copy, so the window it keeps is shared between the copies.
+    auto errors = std::make_shared<QPointer<Errors>>();
+    windows.setOpener(QString(frmMain::ErrorsWindow), [errors](const QString &, QWidget *parent) {
+        if (!*errors) {
+            *errors = new Errors(parent);
+            (*errors)->setAttribute(Qt::WA_DeleteOnClose);
         }
-        errors->show();
-        errors->raise();
-        errors->activateWindow();
+        (*errors)->show();
+        (*errors)->raise();
+        (*errors)->activateWindow();
         return WindowResult::cancelled();
     });
 }
