@@ -3,6 +3,7 @@
 // replies that arrive late, opening it from the main window's script list, and the editor's keys.
 #include "frmMain.h"
 #include "frmScript.h"
+#include "maintool.h"
 #include "recordlist.h"
 #include "scriptedit.h"
 #include "serverfixture.h"
@@ -56,20 +57,6 @@ void answerWindow(std::function<void(QWidget *window)> answer, int triesLeft = 5
             answerWindow(answer, triesLeft - 1);
     });
 }
-
-// A second copy of the tool with its own session: its main window's lists open the real windows.
-struct Tool
-{
-    usrSession session;
-    ServerLink link{session};
-    frmMain window{link};
-
-    explicit Tool(const QUrl &server)
-    {
-        session.setCredentials({server, TestAccount::user(), TestAccount::password(), {}});
-        session.StartSession(u"QuillServer Configuration"_s);
-    }
-};
 
 } // namespace
 
@@ -245,7 +232,7 @@ void ScriptWindowTest::aReplyAfterTypingOverwritesTheBoxes()
 
 void ScriptWindowTest::theScriptListOpensTheWindowAndReadsItsListAgain()
 {
-    Tool tool(m_fixture->relay.url());
+    MainTool tool(m_fixture->relay.url());
     QVERIFY(QTest::qWaitFor([&] { return tool.window.isLoaded(); }, 20000));
     registerWindows(tool.window, tool.link);
     RecordList *scripts = tool.window.recordList(RecordKind::Scripts);
