@@ -57,8 +57,9 @@ public:
     {
         m_closed = false;
         m_socket.open(url);
-        return QTest::qWaitFor([&] { return m_socket.state() == QAbstractSocket::ConnectedState || m_closed; },
-                               timeoutMs) &&
+        return QTest::qWaitFor(
+                   [&] { return m_socket.state() == QAbstractSocket::ConnectedState || m_closed; },
+                   timeoutMs) &&
                m_socket.state() == QAbstractSocket::ConnectedState;
     }
     // Sends the log-in frame and expects "{Session=LOGIN}" then "{Session=READY}".
@@ -88,7 +89,8 @@ public:
             // An event loop that ends on the frame itself: no polling delay per request.
             QEventLoop loop;
             QTimer::singleShot(timeoutMs, &loop, &QEventLoop::quit);
-            connect(&m_socket, &QWebSocket::textMessageReceived, &loop, &QEventLoop::quit, Qt::QueuedConnection);
+            connect(&m_socket, &QWebSocket::textMessageReceived, &loop, &QEventLoop::quit,
+                    Qt::QueuedConnection);
             connect(&m_socket, &QWebSocket::disconnected, &loop, &QEventLoop::quit, Qt::QueuedConnection);
             loop.exec();
         }
@@ -112,7 +114,10 @@ public:
         }
         return false;
     }
-    bool waitClosed(int timeoutMs = 5000) { return QTest::qWaitFor([&] { return m_closed; }, timeoutMs); }
+    bool waitClosed(int timeoutMs = 5000)
+    {
+        return QTest::qWaitFor([&] { return m_closed; }, timeoutMs);
+    }
     QWebSocket &socket() { return m_socket; }
 
 private:

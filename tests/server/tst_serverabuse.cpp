@@ -12,6 +12,7 @@
 #include <QThread>
 #include <QTimer>
 
+#include <algorithm>
 #include <atomic>
 
 using namespace Qt::StringLiterals;
@@ -298,15 +299,9 @@ void tst_ServerAbuse::aThousandDroppedConnectionsLeaveTheServerServing()
             sockets.push_back(std::make_unique<QWebSocket>());
             sockets.back()->open(url);
         }
+        const auto connected = [](const auto &s) { return s->state() == QAbstractSocket::ConnectedState; };
         QVERIFY(QTest::qWaitFor(
-            [&] {
-                return std::all_of(
-                           bare.begin(), bare.end(),
-                           [](const auto &s) { return s->state() == QAbstractSocket::ConnectedState; }) &&
-                       std::all_of(sockets.begin(), sockets.end(), [](const auto &s) {
-                           return s->state() == QAbstractSocket::ConnectedState;
-                       });
-            },
+            [&] { return std::ranges::all_of(bare, connected) && std::ranges::all_of(sockets, connected); },
             10000));
         opened += int(bare.size() + sockets.size());
         for (std::size_t i = 0; i < bare.size(); ++i) {

@@ -98,7 +98,8 @@ void tst_ServerEmbedded::refusalsAreCountedAndLeaveDataAlone()
         QVERIFY2(drop.exec(u"DROP INDEX field_by_record"_s), qPrintable(drop.lastError().text()));
         other.close();
     }
-    QCOMPARE(server.execute(u"{Cmd=GetFields}{Table=Scripts}{Fields=Name}{Ref=SCRIPTS-SCRIPT}{Id=2}"_s), QString());
+    QCOMPARE(server.execute(u"{Cmd=GetFields}{Table=Scripts}{Fields=Name}{Ref=SCRIPTS-SCRIPT}{Id=2}"_s),
+             QString());
     QCOMPARE(refusals.count(), 3);
     QVERIFY(refusals.at(2).at(0).toString().contains(u"storage"_s));
     QSqlDatabase::removeDatabase(u"saboteur"_s);
