@@ -295,6 +295,7 @@ void DirectoryTest::editOpensTheSelectedDevicesAndWarnsAboveOneHundredFifty()
 void DirectoryTest::removeDeletesTheSelectedDevicesOnlyAfterYes()
 {
     const RecordingRelay &relay = m_fixture->relay;
+    QPushButton *remove = m_page->findChild<QPushButton *>(u"DButton_2"_s);
     const QStringList leavers{idOfExt(u"7100"_s), idOfExt(u"7101"_s), idOfExt(u"7102"_s)};
     QTest::keyClicks(m_page->filterEdit(), u"GoneTest"_s);
     QCOMPARE(m_page->proxy()->rowCount(), 4);
@@ -304,7 +305,7 @@ void DirectoryTest::removeDeletesTheSelectedDevicesOnlyAfterYes()
     // No: nothing reaches the server; the next frame it sees is the list read that follows.
     answerMessageBoxes(QMessageBox::No, m_asked);
     qsizetype mark = relay.commands().size();
-    QTest::mouseClick(m_page->findChild<QPushButton *>(u"DButton_2"_s), Qt::LeftButton);
+    QTest::mouseClick(remove, Qt::LeftButton);
     QCOMPARE(m_asked, QStringList{u"Are you sure you want to remove the selected users?"_s});
     QCOMPARE(m_page->proxy()->rowCount(), 4);
     QString reply = m_fixture->fetch(u"MAIN-EXTS"_s);
@@ -319,7 +320,7 @@ void DirectoryTest::removeDeletesTheSelectedDevicesOnlyAfterYes()
     selectRows(0, 2);
     mark = relay.commands().size();
     const int repliesBefore = m_fixture->replyCount(u"EXTS"_s);
-    QTest::mouseClick(m_page->findChild<QPushButton *>(u"DButton_2"_s), Qt::LeftButton);
+    QTest::mouseClick(remove, Qt::LeftButton);
     QCOMPARE(m_page->proxy()->rowCount(), 1);
     QVERIFY(m_fixture->waitForReply(u"EXTS"_s, repliesBefore));
     QCOMPARE(relay.commands().size(), mark + 2);
@@ -345,7 +346,7 @@ void DirectoryTest::removeDeletesTheSelectedDevicesOnlyAfterYes()
     QCOMPARE(relay.commands().at(mark), u"{Cmd=Delete}{Table=Exts}{Id(S%1)=%2}"_s.arg(last.size()).arg(last));
     QVERIFY(!ServerFixture::replyIds(m_fixture->lastReply(u"EXTS"_s)).contains(last));
     QCOMPARE(m_page->proxy()->rowCount(), 0);
-    QVERIFY(!m_page->findChild<QPushButton *>(u"DButton_2"_s)->isEnabled());
+    QVERIFY(!remove->isEnabled());
 }
 
 QTEST_MAIN(DirectoryTest)

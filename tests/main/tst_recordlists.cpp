@@ -2,8 +2,8 @@
 // The address-book, campaign, routing and script lists against quillserverd: filling, opening
 // the property windows, removing records, and the priority order of routing conditions and books.
 #include "msgboxanswers.h"
-#include "serverfixture.h"
 #include "recordlist.h"
+#include "serverfixture.h"
 #include "translatewidgets.h"
 
 #include <QPushButton>
@@ -153,12 +153,7 @@ void RecordListsTest::listsShowTheServerRecords()
     QCOMPARE(m_books->list()->findItems(u"Book A"_s, Qt::MatchExactly).value(0)->text(1), u"Text file"_s);
 
     // A record saved by its window changes in place.
-    const QString y = m_routing->list()
-                          ->findItems(u"Route Y"_s, Qt::MatchExactly)
-                          .value(0)
-                          ->data(0, RecordList::KeyRole)
-                          .toString()
-                          .mid(1);
+    const QString y = m_routing->ids().at(m_routing->names().indexOf(u"Route Y"_s));
     QVERIFY(m_routing->updateEntry(y, u"Route Y2"_s, u"299"_s));
     QCOMPARE(m_routing->list()->findItems(u"Route Y2"_s, Qt::MatchExactly).value(0)->text(1), u"299"_s);
     QVERIFY(!m_routing->updateEntry(u"999999"_s, u"Nobody"_s));
@@ -188,7 +183,8 @@ void RecordListsTest::buttonsFollowTheSelection()
         QVERIFY2(!button(m_routing.get(), index)->isEnabled(), qPrintable(QString::number(index)));
 
     // Edit and Remove for any entry; Up for all but the first, Down for all but the last.
-    for (const auto &[row, up, down] : {std::tuple{0, false, true}, std::tuple{last, true, false}, std::tuple{1, true, true}}) {
+    for (const auto &[row, up, down] :
+         {std::tuple{0, false, true}, std::tuple{last, true, false}, std::tuple{1, true, true}}) {
         tree->setCurrentItem(tree->topLevelItem(row));
         QVERIFY(button(m_routing.get(), 1)->isEnabled() && button(m_routing.get(), 2)->isEnabled());
         QCOMPARE(button(m_routing.get(), 3)->isEnabled(), up);
@@ -265,8 +261,7 @@ void RecordListsTest::campaignCopyAndEditOpenTheCampaignWindow()
     QCOMPARE(copy->toolTip(), u"This window is not available in this version."_s);
     QVERIFY(button(m_campaigns.get(), 2)->isEnabled()); // removing needs no window
 
-    m_fixture->windows.setOpener(u"Campaigns"_s,
-                                 [this](const QString &ids, QWidget *) {
+    m_fixture->windows.setOpener(u"Campaigns"_s, [this](const QString &ids, QWidget *) {
         m_opened.append(ids);
         return WindowResult::cancelled();
     });
@@ -325,21 +320,18 @@ void RecordListsTest::removalAsksWithTheKindWordAndDeletesOnlyAfterYes()
         QString name;
         QString prompt;
         QString table;
-        QString reference;
     };
     const Case cases[] = {
-        {m_books.get(), u"Book C"_s, u"Are you sure you want to remove this Address Book?"_s, u"AB"_s,
-         u"MAIN-AB"_s},
+        {m_books.get(), u"Book C"_s, u"Are you sure you want to remove this Address Book?"_s, u"AB"_s},
         {m_campaigns.get(), u"Summer Drive"_s, u"Are you sure you want to remove this Campaign?"_s,
-         u"Campaigns"_s, u"MAIN-CAMPAIGNS"_s},
+         u"Campaigns"_s},
         {m_routing.get(), u"Route Z"_s, u"Are you sure you want to remove this Routing Condition?"_s,
-         u"Routing"_s, u"MAIN-ROUTING"_s},
-        {m_scripts.get(), u"Farewell"_s, u"Are you sure you want to remove this Script?"_s, u"Scripts"_s,
-         u"MAIN-SCRIPTS"_s},
+         u"Routing"_s},
+        {m_scripts.get(), u"Farewell"_s, u"Are you sure you want to remove this Script?"_s, u"Scripts"_s},
     };
     const RecordingRelay &relay = m_fixture->relay;
     for (const Case &c : cases) {
-        const QString subRef = c.reference.mid(5);
+        const QString subRef = c.table.toUpper(); // the list's reference is MAIN-<subRef>
         select(c.list, c.name);
         const QString id = c.list->selectedId();
         const int count = c.list->list()->topLevelItemCount();
@@ -350,7 +342,7 @@ void RecordListsTest::removalAsksWithTheKindWordAndDeletesOnlyAfterYes()
         QTest::mouseClick(button(c.list, 2), Qt::LeftButton);
         QCOMPARE(m_asked, QStringList{c.prompt});
         QCOMPARE(c.list->list()->topLevelItemCount(), count);
-        QVERIFY(ServerFixture::replyIds(m_fixture->fetch(c.reference)).contains(id));
+        QVERIFY(ServerFixture::replyIds(m_fixture->fetch(u"MAIN-"_s + subRef)).contains(id));
         QCOMPARE(relay.commands().size(), mark + 1); // only the list read
 
         // A list reply that refills the list while the question is open does not change what goes.
@@ -364,7 +356,7 @@ void RecordListsTest::removalAsksWithTheKindWordAndDeletesOnlyAfterYes()
         QVERIFY(m_fixture->waitForReply(subRef, before));
         QCOMPARE(relay.commands().at(mark),
                  u"{Cmd=Delete}{Table=%1}{Id(N%2)=%3}"_s.arg(c.table).arg(id.size()).arg(id));
-        QVERIFY(relay.commands().at(mark + 1).contains(u"{Ref="_s + c.reference + u'}'));
+        QVERIFY(relay.commands().at(mark + 1).contains(u"{Ref=MAIN-"_s + subRef + u'}'));
         QVERIFY(!ServerFixture::replyIds(m_fixture->lastReply(subRef)).contains(id));
         QCOMPARE(c.list->list()->topLevelItemCount(), count - 1);
         QVERIFY(!c.list->ids().contains(id));

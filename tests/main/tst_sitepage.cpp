@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // The Site, Network and Features pages on their own: which controls each telephone system shows,
 // defaults on load, and the records they save.
-#include "isolation.h"
 #include "featurespage.h"
+#include "isolation.h"
 #include "listreplies.h"
 #include "networkpage.h"
 #include "sitepage.h"
@@ -73,10 +73,7 @@ class SitePageTest : public QObject
     Q_OBJECT
 
 private slots:
-    void initTestCase()
-    {
-        QVERIFY(m_scratch.enter());
-    }
+    void initTestCase() { QVERIFY(m_scratch.enter()); }
 
     void eachTypeShowsExactlyItsGroups_data()
     {
@@ -87,11 +84,12 @@ private slots:
         const QString net = u"{Comm=Tcp/Ip}"_s;
         const QString serial = u"{Comm=Com2:}"_s;
         const QStringList passwordAndAuto{u"pPword"_s, u"pAuto"_s};
-        QTest::newRow("Siemens on the network") << u"{PBX=SIEMENS}"_s + net
-                                                << QStringList{u"bPort"_s, u"bIp"_s, u"bIPPort"_s} + passwordAndAuto
-                                                << u"Tcp/Ip"_s;
+        QTest::newRow("Siemens on the network")
+            << u"{PBX=SIEMENS}"_s + net << QStringList{u"bPort"_s, u"bIp"_s, u"bIPPort"_s} + passwordAndAuto
+            << u"Tcp/Ip"_s;
         QTest::newRow("Intertel on a serial port")
-            << u"{PBX=INTERTEL}"_s + serial << QStringList{u"bPort"_s, u"bComm"_s} + passwordAndAuto << u"Com2:"_s;
+            << u"{PBX=INTERTEL}"_s + serial << QStringList{u"bPort"_s, u"bComm"_s} + passwordAndAuto
+            << u"Com2:"_s;
         QTest::newRow("Toshiba on the network")
             << u"{PBX=TOSHIBA}"_s + net << QStringList{u"bPort"_s, u"bIp"_s, u"bIPPort"_s} << u"Tcp/Ip"_s;
         QTest::newRow("Toshiba on a serial port")
@@ -175,7 +173,8 @@ private slots:
         const QStringList fields{u"Settings"_s, u"sVMType"_s, u"AutoDir"_s, u"sType"_s, u"sVMIP"_s};
         page.load(QString());
         network.load(QString());
-        QCOMPARE(shown(page, fields), (QStringList{u"19200,n,8,1"_s, u"(None)"_s, u"0"_s, QString(), QString()}));
+        QCOMPARE(shown(page, fields),
+                 (QStringList{u"19200,n,8,1"_s, u"(None)"_s, u"0"_s, QString(), QString()}));
         QCOMPARE(child<QComboBox>(page, u"sType"_s)->currentIndex(), -1);
         QCOMPARE(shown(network, {u"netSend"_s}), QStringList{u"0"_s});
 
@@ -188,15 +187,16 @@ private slots:
         network.load(stored);
         // A type the list does not offer is kept, so saving gives it back.
         QCOMPARE(shown(page, fields + QStringList{u"sName"_s, u"Uname"_s, u"PWord"_s}),
-                 (QStringList{u"9600,e,7,1"_s, u"VoxPro"_s, u"1"_s, u"samsung"_s, u"10.1.1.9"_s, u"Quay Office"_s,
-                              u"cti"_s, u"pw"_s}));
+                 (QStringList{u"9600,e,7,1"_s, u"VoxPro"_s, u"1"_s, u"samsung"_s, u"10.1.1.9"_s,
+                              u"Quay Office"_s, u"cti"_s, u"pw"_s}));
         QCOMPARE(child<QLineEdit>(page, u"PWord"_s)->echoMode(), QLineEdit::Password);
         QCOMPARE(shown(network, {u"Alert_0"_s, u"Alert_2"_s, u"netSend"_s, u"netPath"_s, u"netCluster"_s}),
                  (QStringList{u"201"_s, u"203"_s, u"1"_s, u"\\\\fs\\upd"_s, u"qs2,qs3"_s}));
 
         // Loading again replaces everything: a field the new record lacks takes its default.
         page.load(u"{Name=Dock}{PBX=NORTEL CTE}"_s);
-        QCOMPARE(shown(page, fields), (QStringList{u"19200,n,8,1"_s, u"(None)"_s, u"0"_s, u"Nortel BCM"_s, QString()}));
+        QCOMPARE(shown(page, fields),
+                 (QStringList{u"19200,n,8,1"_s, u"(None)"_s, u"0"_s, u"Nortel BCM"_s, QString()}));
 
         // The type is written as the list names it, chosen or not.
         RecordEntries entries;
