@@ -68,7 +68,8 @@ private slots:
         QCOMPARE(Translate(u"QS001"_s, u"Click to save changes."_s), u"Click to save changes."_s);
         // Every occurrence, "<1>" first; a "<2>" brought in by the first parameter is filled too.
         QCOMPARE(Translate(QString(), u"<1>, <2> and <1>"_s, u"A"_s, u"B"_s), u"A, B and A"_s);
-        QCOMPARE(Translate(QString(), u"Delete <1>?"_s, u"<2> of Sales"_s, u"Book"_s), u"Delete Book of Sales?"_s);
+        QCOMPARE(Translate(QString(), u"Delete <1>?"_s, u"<2> of Sales"_s, u"Book"_s),
+                 u"Delete Book of Sales?"_s);
         // Placeholders without parameters are emptied; other brackets are left alone.
         QCOMPARE(Translate(u"Call <1> now <3>"_s), u"Call  now <3>"_s);
         // Text of blanks only is empty text.
@@ -79,20 +80,23 @@ private slots:
 
     void pluralsFollowTheEnglishRules()
     {
-        // Words no English rule here covers ("box", "bus") are left for the translator to correct;
-        // one-letter words and negative counts take the rules like any other.
-        const std::tuple<int, QString, QString> cases[] = {
-            {1, u"day"_s, u"1 day"_s},          {2, u"day"_s, u"2 days"_s},
-            {2, u"company"_s, u"2 companies"_s}, {2, u"Search"_s, u"2 Searches"_s},
-            {3, u"extension"_s, u"3 extensions"_s}, {0, u"extension"_s, u"0 extensions"_s},
-            {2, u"entry"_s, u"2 entries"_s},     {2, u"key"_s, u"2 keys"_s},
-            {4, u"switch"_s, u"4 switches"_s},   {2, u"DAY"_s, u"2 DAYs"_s},
-            {2, u"MONKEY"_s, u"2 MONKEYs"_s},    {2, u"box"_s, u"2 boxs"_s},
-            {2, u"bus"_s, u"2 buss"_s},          {2, u"y"_s, u"2 ies"_s},
-            {-1, u"h"_s, u"-1 hs"_s},
-        };
-        for (const auto &[count, word, expected] : cases)
-            QCOMPARE(TranslatePlural(count, word), expected);
+        QCOMPARE(TranslatePlural(1, u"day"_s), u"1 day"_s);
+        QCOMPARE(TranslatePlural(2, u"day"_s), u"2 days"_s);
+        QCOMPARE(TranslatePlural(2, u"company"_s), u"2 companies"_s);
+        QCOMPARE(TranslatePlural(2, u"Search"_s), u"2 Searches"_s);
+        QCOMPARE(TranslatePlural(3, u"extension"_s), u"3 extensions"_s);
+        QCOMPARE(TranslatePlural(0, u"extension"_s), u"0 extensions"_s);
+        QCOMPARE(TranslatePlural(2, u"entry"_s), u"2 entries"_s);
+        QCOMPARE(TranslatePlural(2, u"key"_s), u"2 keys"_s);
+        QCOMPARE(TranslatePlural(4, u"switch"_s), u"4 switches"_s);
+        QCOMPARE(TranslatePlural(2, u"DAY"_s), u"2 DAYs"_s);
+        QCOMPARE(TranslatePlural(2, u"MONKEY"_s), u"2 MONKEYs"_s);
+        // No other English rule: the translator may correct these.
+        QCOMPARE(TranslatePlural(2, u"box"_s), u"2 boxs"_s);
+        QCOMPARE(TranslatePlural(2, u"bus"_s), u"2 buss"_s);
+        // One-letter words and negative counts take the rules like any other.
+        QCOMPARE(TranslatePlural(2, u"y"_s), u"2 ies"_s);
+        QCOMPARE(TranslatePlural(-1, u"h"_s), u"-1 hs"_s);
     }
 
     void theTranslatorPluginTranslatesOnceLoadedForQSConfig()
@@ -102,8 +106,10 @@ private slots:
         QVERIFY(Translator());
 
         QCOMPARE(Translate(u"Extension"_s), u"Nebenstelle"_s);
-        QCOMPARE(Translate(u""_s, u"<1> configuration"_s, u"QuillServer"_s), u"Konfiguration von QuillServer"_s);
-        QCOMPARE(Translate(QString(), u"Delete <1> from <2>?"_s, u"201"_s, u"Sales"_s), u"201 aus Sales loeschen?"_s);
+        QCOMPARE(Translate(u""_s, u"<1> configuration"_s, u"QuillServer"_s),
+                 u"Konfiguration von QuillServer"_s);
+        QCOMPARE(Translate(QString(), u"Delete <1> from <2>?"_s, u"201"_s, u"Sales"_s),
+                 u"201 aus Sales loeschen?"_s);
         QCOMPARE(Translate(u"QS001"_s, u"Click to save changes."_s), u"Hilfetext eins"_s);
         // Texts the translator does not know come back in English, placeholders filled.
         QCOMPARE(Translate(QString(), u"Hello <1>"_s, u"admin"_s), u"Hello admin"_s);
@@ -145,7 +151,8 @@ private slots:
         FailingTranslator failing;
         SetTranslator(&failing);
         QCOMPARE(Translator(), &failing);
-        QCOMPARE(Translate(QString(), u"<1> configuration"_s, u"QuillServer"_s), u"QuillServer configuration"_s);
+        QCOMPARE(Translate(QString(), u"<1> configuration"_s, u"QuillServer"_s),
+                 u"QuillServer configuration"_s);
         QCOMPARE(TranslatePlural(2, u"company"_s), u"2 companies"_s);
         const QString log = readFile(m_log);
         QCOMPARE(log.count(u"Translator failure  @  Translate\n"_s), 2);

@@ -32,11 +32,15 @@ class FailingWindowTranslator : public QObject, public ITranslator
 
 public:
     bool TranslateLoad(const QString &) override { return true; }
-    QString Translate(const QString &, const QString &text, const QString &, const QString &) override { return text; }
+    QString Translate(const QString &, const QString &text, const QString &, const QString &) override
+    {
+        return text;
+    }
     void TranslateWindow(QObject *) override { throw std::runtime_error("Window not translatable"); }
 };
 
-struct SampleWindow {
+struct SampleWindow
+{
     QWidget window;
     QLabel *label = new QLabel(u"Name"_s, &window);
     QPushButton *button = new QPushButton(u"Buttons"_s, &window);
@@ -230,8 +234,8 @@ private slots:
         });
         answer.start();
         SetApplicationTitle(u"QuillServer"_s);
-        const auto pressed = TranslateMsgBox(u"Could not reach <1>."_s, QMessageBox::Retry | QMessageBox::Cancel,
-                                             u"server1"_s);
+        const auto pressed = TranslateMsgBox(u"Could not reach <1>."_s,
+                                             QMessageBox::Retry | QMessageBox::Cancel, u"server1"_s);
         QCOMPARE(pressed, QMessageBox::Retry);
         QCOMPARE(seenTitle, u"QuillServer|Could not reach server1."_s);
     }
