@@ -9,6 +9,7 @@
 #include <QComboBox>
 #include <QLineEdit>
 #include <QPlainTextEdit>
+#include <QTableWidgetItem>
 #include <QTextEdit>
 
 using namespace Qt::StringLiterals;
@@ -42,25 +43,31 @@ QString textOf(const QWidget *box)
 
 RecordForm &RecordForm::text(QWidget *box, const QString &tag, const QString &defaultValue, Flags flags)
 {
-    m_fields.append({Kind::Text, box, nullptr, tag, defaultValue, flags});
+    m_fields.append({Kind::Text, box, nullptr, nullptr, tag, defaultValue, flags});
+    return *this;
+}
+
+RecordForm &RecordForm::cell(QTableWidgetItem *item, const QString &tag, Flags flags)
+{
+    m_fields.append({Kind::Cell, nullptr, nullptr, item, tag, {}, flags});
     return *this;
 }
 
 RecordForm &RecordForm::option(QWidget *control, const QString &tag, const QString &defaultValue, Flags flags)
 {
-    m_fields.append({Kind::Option, control, nullptr, tag, defaultValue, flags});
+    m_fields.append({Kind::Option, control, nullptr, nullptr, tag, defaultValue, flags});
     return *this;
 }
 
 RecordForm &RecordForm::option(QButtonGroup *group, const QString &tag, const QString &defaultValue, Flags flags)
 {
-    m_fields.append({Kind::Group, nullptr, group, tag, defaultValue, flags});
+    m_fields.append({Kind::Group, nullptr, group, nullptr, tag, defaultValue, flags});
     return *this;
 }
 
 RecordForm &RecordForm::choice(QComboBox *combo, const QString &tag, const QString &defaultValue, Flags flags)
 {
-    m_fields.append({Kind::Choice, combo, nullptr, tag, defaultValue, flags});
+    m_fields.append({Kind::Choice, combo, nullptr, nullptr, tag, defaultValue, flags});
     return *this;
 }
 
@@ -73,6 +80,9 @@ void RecordForm::load(const QString &record)
         switch (field.kind) {
         case Kind::Text:
             setText(field.control, value);
+            break;
+        case Kind::Cell:
+            field.item->setText(value);
             break;
         case Kind::Option:
             GetOption(field.control, value);
@@ -98,7 +108,7 @@ void RecordForm::writeField(QString &record, const Field &field) const
 {
     // A list loaded mixed and still without a choice is left out, even one that is otherwise always
     // written; a text shows its mixed state itself.
-    const bool keepEmpty = field.flags.testFlag(KeepEmpty) && (field.kind == Kind::Text || !field.loadedMixed);
+    const bool keepEmpty = field.flags.testFlag(KeepEmpty) && (field.kind == Kind::Text || field.kind == Kind::Cell || !field.loadedMixed);
     switch (field.kind) {
     case Kind::Text: {
         // A text box of several lines keeps only "\n"; a script stored with "\r\n" keeps them.
@@ -109,6 +119,9 @@ void RecordForm::writeField(QString &record, const Field &field) const
             AddVar(record, field.tag, text, keepEmpty);
         break;
     }
+    case Kind::Cell:
+        AddVar(record, field.tag, field.item->text().trimmed(), keepEmpty);
+        break;
     case Kind::Option: {
         const qsizetype before = record.size();
         SetOption(record, field.tag, field.control);

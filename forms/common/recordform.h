@@ -11,6 +11,7 @@
 
 class QButtonGroup;
 class QComboBox;
+class QTableWidgetItem;
 class QWidget;
 
 // Each written field as its whole entry ("{Name(S4)=Main}"), by tag in lower case: what several
@@ -43,6 +44,9 @@ public:
     RecordForm &choice(QComboBox *combo, const QString &tag, const QString &defaultValue = {},
                        Flags flags = NoFlags);
 
+    // A grid cell (a QTableWidget's item): its text, trimmed of the blanks typing leaves around a code.
+    RecordForm &cell(QTableWidgetItem *item, const QString &tag, Flags flags = NoFlags);
+
     // Sets every control from record; a tag the record lacks gives the field's default. The mixed
     // marker " " shows as a text of one blank, a greyed check box or a list with nothing chosen.
     void load(const QString &record);
@@ -61,12 +65,13 @@ public:
     static QString assemble(const QStringList &order, const RecordEntries &entries, const QString &original);
 
 private:
-    enum class Kind { Text, Option, Group, Choice };
+    enum class Kind { Text, Option, Group, Choice, Cell };
     struct Field
     {
         Kind kind;
         QWidget *control = nullptr;
         QButtonGroup *group = nullptr;
+        QTableWidgetItem *item = nullptr;
         QString tag;
         QString defaultValue;
         Flags flags;

@@ -2,6 +2,7 @@
 // The Features page: a two-column grid of feature and code.
 #include "featurespage.h"
 
+#include "tagentries.h"
 #include "tagvalue.h"
 #include "translate.h"
 #include "translatewidgets.h"
@@ -33,8 +34,8 @@ FeaturesPage::FeaturesPage(QWidget *parent) : QWidget(parent), m_grid(new QTable
     layout->addWidget(m_grid);
 
     for (const FeatureCode &feature : CommonFeatures())
-        addRow(feature.tag, feature.caption, QString());
-    m_grid->resizeColumnToContents(FeatureColumn);
+        addRow(feature.tag, feature.caption);
+    load(QString());
 }
 
 const QList<FeatureCode> &FeaturesPage::CommonFeatures()
@@ -54,33 +55,25 @@ const QList<FeatureCode> &FeaturesPage::CommonFeatures()
 
 void FeaturesPage::load(const QString &options)
 {
-    const QList<FeatureCode> &common = CommonFeatures();
-    m_grid->setRowCount(int(common.size()));
-    QStringList commonTags;
-    for (int row = 0; row < common.size(); ++row) {
-        commonTags << common.at(row).tag;
-        m_grid->item(row, CodeColumn)->setText(GetText(options, common.at(row).tag));
+    m_grid->setRowCount(int(CommonFeatures().size()));
+    m_form = RecordForm();
+    for (int row = 0; row < m_grid->rowCount(); ++row)
+        m_form.cell(m_grid->item(row, CodeColumn), m_grid->item(row, FeatureColumn)->data(TagRole).toString());
+    // Every other tag of the record gets a row of its own, in its order.
+    const QList<TagEntry> entries = SplitEntries(options);
+    for (const TagEntry &entry : entries) {
+        if (!entry.name.isEmpty() && rowOf(entry.name) < 0) {
+            addRow(entry.name, entry.name);
+            m_form.cell(m_grid->item(m_grid->rowCount() - 1, CodeColumn), entry.name);
+        }
     }
-    // Every other tag of the record, in its order.
-    for (int index = 1;; ++index) {
-        QString tag;
-        const QVariant value = GetVar(options, index, &tag);
-        if (tag.isEmpty())
-            break;
-        if (!commonTags.contains(tag, Qt::CaseInsensitive) && rowOf(tag) < 0)
-            addRow(tag, tag, TagValueText(value));
-    }
+    m_form.load(options);
     m_grid->resizeColumnToContents(FeatureColumn);
 }
 
 QString FeaturesPage::record() const
 {
-    QString record;
-    for (int row = 0; row < m_grid->rowCount(); ++row) {
-        const QString tag = m_grid->item(row, FeatureColumn)->data(TagRole).toString();
-        AddVar(record, tag, m_grid->item(row, CodeColumn)->text().trimmed());
-    }
-    return record;
+    return m_form.record();
 }
 
 QString FeaturesPage::code(const QString &tag) const
@@ -98,7 +91,7 @@ bool FeaturesPage::setCode(const QString &tag, const QString &code)
     return true;
 }
 
-void FeaturesPage::addRow(const QString &tag, const QString &caption, const QString &code)
+void FeaturesPage::addRow(const QString &tag, const QString &caption)
 {
     const int row = m_grid->rowCount();
     m_grid->insertRow(row);
@@ -106,7 +99,7 @@ void FeaturesPage::addRow(const QString &tag, const QString &caption, const QStr
     feature->setData(TagRole, tag);
     feature->setFlags(feature->flags() & ~Qt::ItemIsEditable);
     m_grid->setItem(row, FeatureColumn, feature);
-    m_grid->setItem(row, CodeColumn, new QTableWidgetItem(code));
+    m_grid->setItem(row, CodeColumn, new QTableWidgetItem);
 }
 
 int FeaturesPage::rowOf(const QString &tag) const

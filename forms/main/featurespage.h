@@ -3,6 +3,8 @@
 // features, kept in the System/FEATURES record, one tag per feature.
 #pragma once
 
+#include "recordform.h"
+
 #include <QList>
 #include <QString>
 #include <QWidget>
@@ -39,8 +41,9 @@ public:
     QTableWidget *grid() const { return m_grid; }
 
 private:
-    void addRow(const QString &tag, const QString &caption, const QString &code);
+    void addRow(const QString &tag, const QString &caption);
     int rowOf(const QString &tag) const;
 
     QTableWidget *m_grid;
+    RecordForm m_form; // one code cell per row, by the row's tag
 };
