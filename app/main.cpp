@@ -24,7 +24,7 @@ namespace {
 
 // The arguments after the program's name as one command line, quoted so that it splits back the
 // same way.
-QString CommandLine(const QStringList &arguments)
+QString commandLine(const QStringList &arguments)
 {
     QStringList words;
     for (const QString &argument : arguments.mid(1)) {
@@ -36,13 +36,13 @@ QString CommandLine(const QStringList &arguments)
 
 // With --demo, or with no server named on the command line or in the settings, the session talks
 // to the reference server run inside the tool, logging in with one-time tokens.
-bool UseEmbeddedServerWhenNeeded(usrSession &session, EmbeddedServer &embedded)
+bool useEmbeddedServerWhenNeeded(usrSession &session, EmbeddedServer &embedded)
 {
-    if (!SessionOptions::Parse(session.command).demo && usrSession::ServerConfigured(session.command))
+    if (!SessionOptions::parse(session.command).demo && usrSession::serverConfigured(session.command))
         return true;
     QString error;
     if (!embedded.start(&error)) {
-        ErrorLog::Write(error + u" @ basQSConfig.Main"_s);
+        ErrorLog::write(error + u" @ basQSConfig.Main"_s);
         TranslateMsgBox(u"The demonstration server could not be started: <1>"_s, QMessageBox::Ok, error);
         return false;
     }
@@ -54,7 +54,7 @@ bool UseEmbeddedServerWhenNeeded(usrSession &session, EmbeddedServer &embedded)
 }
 
 // The value after a flag of the program's own ("--screenshot DIR" or "--screenshot=DIR").
-QString OptionValue(const QStringList &arguments, const QString &flag)
+QString optionValue(const QStringList &arguments, const QString &flag)
 {
     for (qsizetype i = 1; i < arguments.size(); ++i) {
         if (arguments[i] == flag && i + 1 < arguments.size())
@@ -75,17 +75,17 @@ int main(int argc, char *argv[])
     // Dialogs shown before the main window (the log-in) must not end the program when they close.
     app.setQuitOnLastWindowClosed(false);
 
-    QLockFile lock(Startup::LockFilePath());
-    if (!Startup::AcquireSingleInstance(lock))
+    QLockFile lock(Startup::lockFilePath());
+    if (!Startup::acquireSingleInstance(lock))
         return 0; // another copy is running: end silently
 
     // Log lines carry the name the program was started under (hlconfig for Halyard), from the first.
     const QString executable = QString::fromLocal8Bit(argv[0]);
-    ErrorLog::SetApplicationName(QFileInfo(executable).completeBaseName());
+    ErrorLog::setApplicationName(QFileInfo(executable).completeBaseName());
 
     TranslateLoad(u"QSConfig"_s);
-    const QString product = Startup::ProductName(executable);
-    SetApplicationTitle(Startup::ApplicationTitle(product));
+    const QString product = Startup::productName(executable);
+    setApplicationTitle(Startup::applicationTitle(product));
 
     EmbeddedServer embedded; // declared first so that it stops after the session has closed
     usrSession session;
@@ -98,23 +98,23 @@ int main(int argc, char *argv[])
     registerWindows(window, link); // the property windows and the Errors window its lists open
     QObject::connect(&app, &QCoreApplication::aboutToQuit, &session, [&session] { session.CloseSession(); });
 
-    session.command = CommandLine(QCoreApplication::arguments());
-    session.setCredentialsPrompt(PromptForCredentials);
-    session.setKeepTryingQuestion(AskKeepTrying);
+    session.command = commandLine(QCoreApplication::arguments());
+    session.setCredentialsPrompt(promptForCredentials);
+    session.setKeepTryingQuestion(askKeepTrying);
     // "Connecting to <server>..." until the first READY; a failed first connection asks what to do.
     ConnectingDialog connecting(session);
     session.setFirstConnectFailure(
         [&connecting](const QString &reason) { return connecting.askAfterFailure(reason); });
-    if (!UseEmbeddedServerWhenNeeded(session, embedded))
+    if (!useEmbeddedServerWhenNeeded(session, embedded))
         return 1;
 
     // --screenshot DIR: a picture of every page once the lists have arrived, then the program ends.
-    const QString screenshotDir = OptionValue(QCoreApplication::arguments(), u"--screenshot"_s);
+    const QString screenshotDir = optionValue(QCoreApplication::arguments(), u"--screenshot"_s);
     if (!screenshotDir.isEmpty())
-        SavePageScreenshotsWhenLoaded(window, screenshotDir, [](const QStringList &) { QCoreApplication::quit(); });
+        savePageScreenshotsWhenLoaded(window, screenshotDir, [](const QStringList &) { QCoreApplication::quit(); });
 
     Guard(u" @ basQSConfig.Main"_s, [&] {
-        session.StartSession(Startup::ApplicationTitle(product), QString(), QString(), QString());
+        session.StartSession(Startup::applicationTitle(product), QString(), QString(), QString());
     });
     QCoreApplication::processEvents(); // let pending window events run once; the window shows on READY
     // A LOGOUT in there (the log-in cancelled) has unloaded the main window already, and its quit()

@@ -90,39 +90,39 @@ void writeLine(const QString &path, const QString &message)
 
 namespace ErrorLog {
 
-void Write(const QString &message) noexcept
+void write(const QString &message) noexcept
 {
     try {
         if (isSilenced(message))
             return;
         QMutexLocker lock(&logMutex);
-        writeLine(Path(), message);
+        writeLine(path(), message);
     } catch (...) {
         // The writer never adds a fault of its own.
     }
 }
 
-QString Path()
+QString path()
 {
     return overridePath.isEmpty() ? defaultPath() : overridePath;
 }
 
-void SetPath(const QString &path)
+void setPath(const QString &path)
 {
     QMutexLocker lock(&logMutex);
     overridePath = path;
 }
 
-void SetApplicationName(const QString &name)
+void setApplicationName(const QString &name)
 {
     QMutexLocker lock(&logMutex);
     applicationName = name;
 }
 
-QString Tail(qsizetype maxBytes)
+QString tail(qsizetype maxBytes)
 {
     QMutexLocker lock(&logMutex);
-    QFile file(Path());
+    QFile file(path());
     if (!file.open(QIODevice::ReadOnly))
         return {};
     if (file.size() > maxBytes) {
@@ -137,10 +137,10 @@ QString Tail(qsizetype maxBytes)
     return QString::fromUtf8(file.readAll());
 }
 
-void Clear()
+void clear()
 {
     QMutexLocker lock(&logMutex);
-    QFile::remove(Path());
+    QFile::remove(path());
 }
 
 } // namespace ErrorLog

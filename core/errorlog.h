@@ -17,15 +17,15 @@ public:
 namespace ErrorLog {
 // Appends one line for message. Never throws; flushes the line to disk before it returns.
 // Messages about the two expected faults are not written at all.
-void Write(const QString &message) noexcept;
+void write(const QString &message) noexcept;
 // The log file: tamsel.log in the user's data folder unless a test has set another.
-QString Path();
-void SetPath(const QString &path); // test seam; an empty path restores the default
+QString path();
+void setPath(const QString &path); // test seam; an empty path restores the default
 // The application name each line begins with (the executable's name by default).
-void SetApplicationName(const QString &name);
+void setApplicationName(const QString &name);
 // The last lines of the log, for the Errors window.
-QString Tail(qsizetype maxBytes = 64 * 1024);
-void Clear();
+QString tail(qsizetype maxBytes = 64 * 1024);
+void clear();
 inline constexpr qint64 MaxBytes = 1000000;
 } // namespace ErrorLog
 
@@ -38,9 +38,9 @@ bool Guard(const QString &label, Body &&body) noexcept
         std::forward<Body>(body)();
         return true;
     } catch (const std::exception &fault) {
-        ErrorLog::Write(QString::fromUtf8(fault.what()) + label);
+        ErrorLog::write(QString::fromUtf8(fault.what()) + label);
     } catch (...) {
-        ErrorLog::Write(QStringLiteral("Unknown fault") + label);
+        ErrorLog::write(QStringLiteral("Unknown fault") + label);
     }
     return false;
 }

@@ -11,11 +11,11 @@ qsizetype readSized(QStringView vars, qsizetype paren, TagEntry &entry)
 {
     const qsizetype afterParen = paren + 1;
     const QStringView head = vars.mid(afterParen, qMin<qsizetype>(10, vars.size() - afterParen));
-    double length = LeadingNumber(head);
+    double length = leadingNumber(head);
     entry.type = u'S';
     if (length == 0 && !head.isEmpty()) {
         entry.type = head[0];
-        length = LeadingNumber(head.mid(1));
+        length = leadingNumber(head.mid(1));
     }
     const qsizetype equals = vars.indexOf(u'=', afterParen);
     if (equals < 0)
@@ -28,7 +28,7 @@ qsizetype readSized(QStringView vars, qsizetype paren, TagEntry &entry)
 }
 } // namespace
 
-QList<TagEntry> SplitEntries(QStringView vars)
+QList<TagEntry> splitEntries(QStringView vars)
 {
     QList<TagEntry> entries;
     qsizetype at = vars.indexOf(u'{');

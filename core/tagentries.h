@@ -17,7 +17,7 @@ struct TagEntry {
 
 // The top-level entries in order. Text between entries is skipped; a value whose length runs past
 // the end yields what exists; a plain value without "}" runs to the end.
-QList<TagEntry> SplitEntries(QStringView vars);
+QList<TagEntry> splitEntries(QStringView vars);
 // The entry written back as it was read: name, type letter and value unchanged ("{Port(N3)=007}"
 // stays so, where reading the value as a number and writing it again would give "7").
 QString entryText(const TagEntry &entry);

@@ -136,23 +136,23 @@ bool isOwnNumberText(QStringView text)
     return size == 1 || trailingZeros <= 3;
 }
 
-// TagValueText of ReadEntry's value for the entry, made without the QVariant. Ids and counts are
+// tagValueText of readEntry's value for the entry, made without the QVariant. Ids and counts are
 // mostly already written the way the number reads back, and are then taken as they stand.
 QString madeText(const TagValue::EntryText &entry)
 {
     if (entry.type == u'N') {
         if (isOwnNumberText(entry.text))
             return entry.text.toString();
-        return QString::number(LeadingNumber(entry.text), 'g', QLocale::FloatingPointShortest);
+        return QString::number(leadingNumber(entry.text), 'g', QLocale::FloatingPointShortest);
     }
     if (entry.type == u'D') {
-        const QDateTime when = ParseTagDate(entry.text);
-        return when.isValid() ? TagDateText(when) : QString();
+        const QDateTime when = parseTagDate(entry.text);
+        return when.isValid() ? tagDateText(when) : QString();
     }
     return entry.text.toString();
 }
 
-// Whether the text GetText gives for the entry differs from the text standing in the string.
+// Whether the text getText gives for the entry differs from the text standing in the string.
 bool isConverted(const TagValue::EntryText &entry)
 {
     return entry.type == u'N' || entry.type == u'D';
@@ -324,7 +324,7 @@ TagValue::EntryRef TagReader::findListed(QStringView name) const
 TagValue::EntryRef TagReader::find(QStringView name) const
 {
     if (!indexable(name))
-        return TagValue::FindEntry(m_vars, name);
+        return TagValue::findEntry(m_vars, name);
     if (!m_hashed)
         return findListed(name);
     const qsizetype found = lookup(name, nameHash(name));
@@ -342,7 +342,7 @@ QVariant TagReader::read(const TagValue::EntryRef &ref, const QVariant *defaultV
     // of a QVariant shows.
     return guardedRead([&]() -> QVariant {
         if (ref.found())
-            return TagValue::ReadEntry(m_vars, ref);
+            return TagValue::readEntry(m_vars, ref);
         return defaultValue ? *defaultValue : QVariant();
     });
 }
@@ -364,9 +364,9 @@ QVariant TagReader::value(int index, QString *nameOut) const
     if (!m_indexed) { // GetVar's own steps, on the text where it stands
         Guard(getVarLabel, [&] {
             bool found = false;
-            name = TagValue::NameAtIndex(m_vars, index, &found);
+            name = TagValue::nameAtIndex(m_vars, index, &found);
             if (found)
-                result = TagValue::ReadEntry(m_vars, TagValue::FindEntry(m_vars, name));
+                result = TagValue::readEntry(m_vars, TagValue::findEntry(m_vars, name));
         });
     } else {
         const qsizetype position = qsizetype(qMax(index, 1)) - 1;
@@ -393,7 +393,7 @@ QString TagReader::text(QStringView name, const QString &defaultValue) const
     const TagValue::EntryRef ref = find(name);
     if (!ref.found())
         return defaultValue;
-    return guardedRead([&] { return madeText(TagValue::ReadEntryText(m_vars, ref)); });
+    return guardedRead([&] { return madeText(TagValue::readEntryText(m_vars, ref)); });
 }
 
 double TagReader::number(QStringView name) const
@@ -402,9 +402,9 @@ double TagReader::number(QStringView name) const
     if (!ref.found())
         return 0;
     return guardedRead([&] {
-        const TagValue::EntryText entry = TagValue::ReadEntryText(m_vars, ref);
+        const TagValue::EntryText entry = TagValue::readEntryText(m_vars, ref);
         // Text and dates convert as QVariant converts them; they are rare where numbers are read.
-        return entry.type == u'N' ? LeadingNumber(entry.text) : TagValue::ReadEntry(m_vars, ref).toDouble();
+        return entry.type == u'N' ? leadingNumber(entry.text) : TagValue::readEntry(m_vars, ref).toDouble();
     });
 }
 
@@ -535,8 +535,8 @@ ListRows::ListRows(const QString &reply) : m_reply(reply)
         return;
     // The count arrives as a number ("{ListCount(N2)=12}") or as text from a hand-made reply.
     const double count = guardedRead([&] {
-        const TagValue::EntryText entry = TagValue::ReadEntryText(m_reply, countRef);
-        return entry.type == u'N' ? LeadingNumber(entry.text) : LeadingNumber(madeText(entry));
+        const TagValue::EntryText entry = TagValue::readEntryText(m_reply, countRef);
+        return entry.type == u'N' ? leadingNumber(entry.text) : leadingNumber(madeText(entry));
     });
     if (!(count >= 1))
         return;
@@ -550,7 +550,7 @@ ListRows::ListRows(const QString &reply) : m_reply(reply)
             continue;
         }
         m_rows.push_back(guardedRead([&] {
-            const TagValue::EntryText entry = TagValue::ReadEntryText(m_reply, ref);
+            const TagValue::EntryText entry = TagValue::readEntryText(m_reply, ref);
             if (!isConverted(entry))
                 return entry.text;
             m_made.append(madeText(entry));
@@ -568,7 +568,7 @@ QStringList ListRows::toList() const
     return list;
 }
 
-QStringList ReadList(const QString &reply)
+QStringList readList(const QString &reply)
 {
     return ListRows(reply).toList();
 }

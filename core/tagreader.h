@@ -39,11 +39,11 @@ public:
     QVariant value(QStringView name, const QVariant &defaultValue) const;
     // GetVar(vars, index, nameOut): the index-th top-level entry (1 or less reads the first).
     QVariant value(int index, QString *nameOut = nullptr) const;
-    // GetText(vars, name, defaultValue), made straight from the entry.
+    // getText(vars, name, defaultValue), made straight from the entry.
     QString text(QStringView name, const QString &defaultValue = {}) const;
     // GetVar(vars, name).toDouble(): a number entry is read without going through a QVariant.
     double number(QStringView name) const;
-    // Where GetVar's named search settles: TagValue::FindEntry(vars, name).
+    // Where GetVar's named search settles: TagValue::findEntry(vars, name).
     TagValue::EntryRef find(QStringView name) const;
 
     QStringView vars() const { return m_vars; }
@@ -133,4 +133,4 @@ private:
 };
 
 // The rows of a list reply as strings: ListRows(reply).toList().
-QStringList ReadList(const QString &reply);
+QStringList readList(const QString &reply);

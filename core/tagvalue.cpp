@@ -50,7 +50,7 @@ qint64 decimalMagnitude(QByteArrayView mantissa, qint64 exponent)
     return (first < point ? point - first : point - first + 1) + exponent;
 }
 
-// toLength(LeadingNumber(text)). Nearly every length is a few plain digits ended by ")", read
+// toLength(leadingNumber(text)). Nearly every length is a few plain digits ended by ")", read
 // here directly.
 qsizetype lengthOf(QStringView text)
 {
@@ -63,7 +63,7 @@ qsizetype lengthOf(QStringView text)
     const bool whole =
         i > 0 &&
         (i == text.size() || !(isDigit(text[i]) || text[i] == u'.' || text[i] == u'e' || text[i] == u'E'));
-    return whole ? length : toLength(LeadingNumber(text));
+    return whole ? length : toLength(leadingNumber(text));
 }
 
 // Whether the leading-number parse of text can find digits: only blanks, a sign, a digit or the
@@ -106,7 +106,7 @@ std::pair<qsizetype, qsizetype> oldEntrySpan(QStringView vars, QStringView name)
     if (sized >= 0) {
         qsizetype at = sized + name.size() + 2 + 1; // "{", name, "(", type letter
         qsizetype consumed = 0;
-        const double length = at < vars.size() ? LeadingNumber(vars.mid(at), &consumed) : 0;
+        const double length = at < vars.size() ? leadingNumber(vars.mid(at), &consumed) : 0;
         at += consumed + 2; // ")="
         const qsizetype valueLength = toLength(length);
         const qsizetype end = valueLength > vars.size() - at ? vars.size() : at + valueLength + 1;
@@ -129,16 +129,16 @@ void addVarNamed(QString &vars, const QString &name, const QVariant &value, bool
     }
     const auto [start, end] = oldEntrySpan(vars, name);
     QString result = start < 0 ? vars : vars.left(start) + QStringView(vars).mid(end);
-    const QString text = TagValueText(value);
+    const QString text = tagValueText(value);
     if (!text.isEmpty() || keepEmpty)
-        result += u'{' + name + u'(' + TagTypeLetter(value) + QString::number(text.size()) + u")="_s + text
+        result += u'{' + name + u'(' + tagTypeLetter(value) + QString::number(text.size()) + u")="_s + text
             + u'}';
     vars = result;
 }
 
 } // namespace
 
-double LeadingNumber(QStringView text, qsizetype *consumed)
+double leadingNumber(QStringView text, qsizetype *consumed)
 {
     qsizetype i = 0;
     const qsizetype n = text.size();
@@ -225,7 +225,7 @@ double LeadingNumber(QStringView text, qsizetype *consumed)
     return negative ? -value : value;
 }
 
-QChar TagTypeLetter(const QVariant &value)
+QChar tagTypeLetter(const QVariant &value)
 {
     switch (value.typeId()) {
     case QMetaType::Int:
@@ -250,12 +250,12 @@ QChar TagTypeLetter(const QVariant &value)
     }
 }
 
-QString TagDateText(const QDateTime &when)
+QString tagDateText(const QDateTime &when)
 {
     return when.toString(dateFormat);
 }
 
-QDateTime ParseTagDate(QStringView text)
+QDateTime parseTagDate(QStringView text)
 {
     QDateTime when = QDateTime::fromString(text.toString(), dateFormat);
     if (!when.isValid())
@@ -268,7 +268,7 @@ QDateTime ParseTagDate(QStringView text)
     return when;
 }
 
-QString TagValueText(const QVariant &value)
+QString tagValueText(const QVariant &value)
 {
     switch (value.typeId()) {
     case QMetaType::Bool:
@@ -277,11 +277,11 @@ QString TagValueText(const QVariant &value)
     case QMetaType::Float:
         return QString::number(value.toDouble(), 'g', QLocale::FloatingPointShortest);
     case QMetaType::QDateTime:
-        return TagDateText(value.toDateTime());
+        return tagDateText(value.toDateTime());
     case QMetaType::QDate:
-        return TagDateText(value.toDate().startOfDay());
+        return tagDateText(value.toDate().startOfDay());
     case QMetaType::QTime: // a time alone is a time on the zero day of the other clients
-        return TagDateText(QDateTime(QDate(1899, 12, 30), value.toTime()));
+        return tagDateText(QDateTime(QDate(1899, 12, 30), value.toTime()));
     default:
         return value.toString();
     }
@@ -289,7 +289,7 @@ QString TagValueText(const QVariant &value)
 
 namespace TagValue {
 
-EntryRef FindEntry(QStringView vars, QStringView name)
+EntryRef findEntry(QStringView vars, QStringView name)
 {
     qsizetype at = vars.indexOf(sizedNeedle(name), 0, Qt::CaseInsensitive);
     if (at >= 0)
@@ -300,7 +300,7 @@ EntryRef FindEntry(QStringView vars, QStringView name)
     return {};
 }
 
-EntryText ReadEntryText(QStringView vars, const EntryRef &ref)
+EntryText readEntryText(QStringView vars, const EntryRef &ref)
 {
     if (!ref.found())
         return {};
@@ -313,7 +313,7 @@ EntryText ReadEntryText(QStringView vars, const EntryRef &ref)
     QChar type = u'S';
     qsizetype length = 0;
     if (startsNumber(head)) {
-        const double number = LeadingNumber(head);
+        const double number = leadingNumber(head);
         if (number == 0) {
             type = head[0];
             length = lengthOf(head.mid(1));
@@ -331,21 +331,21 @@ EntryText ReadEntryText(QStringView vars, const EntryRef &ref)
     return {vars.mid(start, qMin(length, vars.size() - start)), type};
 }
 
-QVariant ReadEntry(QStringView vars, const EntryRef &ref)
+QVariant readEntry(QStringView vars, const EntryRef &ref)
 {
     if (!ref.found())
         return {};
-    const EntryText entry = ReadEntryText(vars, ref);
+    const EntryText entry = readEntryText(vars, ref);
     if (entry.type == u'N')
-        return LeadingNumber(entry.text);
+        return leadingNumber(entry.text);
     if (entry.type == u'D') {
-        const QDateTime when = ParseTagDate(entry.text);
+        const QDateTime when = parseTagDate(entry.text);
         return when.isValid() ? QVariant(when) : QVariant();
     }
     return entry.text.toString();
 }
 
-QString NameAtIndex(QStringView vars, int index, bool *found)
+QString nameAtIndex(QStringView vars, int index, bool *found)
 {
     // A number of 1 or less reads the first entry; counting down from far below would overflow.
     int remaining = qMax(index, 1);
@@ -400,8 +400,8 @@ QVariant GetVar(const QString &vars, const QString &name, const QVariant &defaul
 {
     QVariant result;
     const bool ok = Guard(getVarLabel, [&] {
-        const TagValue::EntryRef ref = TagValue::FindEntry(vars, name);
-        result = ref.found() ? TagValue::ReadEntry(vars, ref) : defaultValue;
+        const TagValue::EntryRef ref = TagValue::findEntry(vars, name);
+        result = ref.found() ? TagValue::readEntry(vars, ref) : defaultValue;
     });
     return ok ? result : QVariant();
 }
@@ -412,16 +412,16 @@ QVariant GetVar(const QString &vars, int index, QString *nameOut)
     QString name;
     Guard(getVarLabel, [&] {
         bool found = false;
-        name = TagValue::NameAtIndex(vars, index, &found);
+        name = TagValue::nameAtIndex(vars, index, &found);
         if (found)
-            result = TagValue::ReadEntry(vars, TagValue::FindEntry(vars, name));
+            result = TagValue::readEntry(vars, TagValue::findEntry(vars, name));
     });
     if (nameOut)
         *nameOut = name;
     return result;
 }
 
-QString GetText(const QString &vars, const QString &name, const QString &defaultValue)
+QString getText(const QString &vars, const QString &name, const QString &defaultValue)
 {
-    return TagValueText(GetVar(vars, name, defaultValue));
+    return tagValueText(GetVar(vars, name, defaultValue));
 }

@@ -24,18 +24,18 @@ QVariant GetVar(const QString &vars, const QString &name, const QVariant &defaul
 QVariant GetVar(const QString &vars, int index, QString *nameOut = nullptr);
 
 // Convenience for the common text read: GetVar(...).toString().
-QString GetText(const QString &vars, const QString &name, const QString &defaultValue = {});
+QString getText(const QString &vars, const QString &name, const QString &defaultValue = {});
 
 // Leading-number parse: blanks, optional sign, digits with one ".", optional exponent; stops at
 // the first other character; no digits give 0. consumed receives the characters used.
-double LeadingNumber(QStringView text, qsizetype *consumed = nullptr);
+double leadingNumber(QStringView text, qsizetype *consumed = nullptr);
 
 // The text a value is written as, and its type letter.
-QString TagValueText(const QVariant &value);
-QChar TagTypeLetter(const QVariant &value);
+QString tagValueText(const QVariant &value);
+QChar tagTypeLetter(const QVariant &value);
 // Dates travel in one fixed form, "yyyy-MM-ddTHH:mm:ss" (ISO 8601), and parse back the same.
-QString TagDateText(const QDateTime &when);
-QDateTime ParseTagDate(QStringView text);
+QString tagDateText(const QDateTime &when);
+QDateTime parseTagDate(QStringView text);
 
 namespace TagValue {
 // Where the entry the named reads of GetVar settle on starts; shared by GetVar and the fast reader.
@@ -46,16 +46,16 @@ struct EntryRef {
     bool found() const { return brace >= 0; }
 };
 // The linear search GetVar uses.
-EntryRef FindEntry(QStringView vars, QStringView name);
+EntryRef findEntry(QStringView vars, QStringView name);
 // The value of the entry at ref as it stands in vars, with the type letter that converts it:
 // "S" for a plain entry, and "S" with no text for a sized entry that has no "=".
 struct EntryText {
     QStringView text;
     QChar type = u'S';
 };
-EntryText ReadEntryText(QStringView vars, const EntryRef &ref);
+EntryText readEntryText(QStringView vars, const EntryRef &ref);
 // Reads and converts the value of an entry found at ref.
-QVariant ReadEntry(QStringView vars, const EntryRef &ref);
+QVariant readEntry(QStringView vars, const EntryRef &ref);
 // The name of the index-th top-level entry, as reading by number finds it.
-QString NameAtIndex(QStringView vars, int index, bool *found = nullptr);
+QString nameAtIndex(QStringView vars, int index, bool *found = nullptr);
 } // namespace TagValue

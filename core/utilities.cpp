@@ -44,7 +44,7 @@ QString settingsText(const QVariant &value)
 {
     if (value.typeId() == QMetaType::QStringList)
         return value.toStringList().join(QChar(0));
-    return TagValueText(value);
+    return tagValueText(value);
 }
 
 } // namespace
@@ -54,7 +54,7 @@ QVariant GetId(const QString &key)
     QVariant id = key;
     Guard(u" @ basQSConfig.GetId"_s, [&] {
         if (key.startsWith(u'~'))
-            id = numberValue(LeadingNumber(QStringView(key).mid(1)));
+            id = numberValue(leadingNumber(QStringView(key).mid(1)));
     });
     return id;
 }

@@ -18,9 +18,9 @@ namespace {
 
 // The one program-wide translator. QPointer: a plug-in object that goes away leaves English behind.
 QPointer<QObject> translatorObject;
-QString applicationTitle;
+QString titleSet; // by start-up
 
-ITranslator *translator()
+ITranslator *activeTranslator()
 {
     return qobject_cast<ITranslator *>(translatorObject.data());
 }
@@ -77,7 +77,7 @@ QString Translate(const QString &key, const QString &text, const QString &p1, co
     // Only blanks count as nothing: a tab or a line break is text the caller meant to show.
     if (std::all_of(text.cbegin(), text.cend(), [](QChar c) { return c == u' '; }))
         return {};
-    ITranslator *active = translator();
+    ITranslator *active = activeTranslator();
     if (!active)
         return fillPlaceholders(text, p1, p2);
     QString result;
@@ -95,20 +95,20 @@ QString TranslatePlural(qint64 count, const QString &word)
     return result;
 }
 
-QObject *Translator()
+QObject *translator()
 {
-    return translator() ? translatorObject.data() : nullptr;
+    return activeTranslator() ? translatorObject.data() : nullptr;
 }
 
-void SetTranslator(QObject *object)
+void setTranslator(QObject *object)
 {
     translatorObject = qobject_cast<ITranslator *>(object) ? object : nullptr;
 }
 
-QString ApplicationTitle()
+QString applicationTitle()
 {
-    if (!applicationTitle.isEmpty())
-        return applicationTitle;
+    if (!titleSet.isEmpty())
+        return titleSet;
     // QGuiApplication's display name, read as a property so this layer needs QtCore only; it
     // falls back to the application name itself when no display name was set.
     if (const QCoreApplication *app = QCoreApplication::instance()) {
@@ -119,7 +119,7 @@ QString ApplicationTitle()
     return QCoreApplication::applicationName();
 }
 
-void SetApplicationTitle(const QString &title)
+void setApplicationTitle(const QString &title)
 {
-    applicationTitle = title;
+    titleSet = title;
 }

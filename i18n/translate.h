@@ -19,12 +19,12 @@ QString Translate(const QString &key, const QString &text, const QString &p1 = {
 QString TranslatePlural(qint64 count, const QString &word);
 
 // The translator in use, nullptr when texts stay in English.
-QObject *Translator();
+QObject *translator();
 // Sets the translator directly (tests, or start-up with an object of its own); nullptr drops it.
 // An object that does not implement ITranslator counts as none.
-void SetTranslator(QObject *translator);
+void setTranslator(QObject *translator);
 
 // The application's title, shown where a message box has no title of its own: the title set by
 // start-up, else the application's display name.
-QString ApplicationTitle();
-void SetApplicationTitle(const QString &title);
+QString applicationTitle();
+void setApplicationTitle(const QString &title);

@@ -52,13 +52,13 @@ QMessageBox::StandardButton TranslateMsgBox(const QString &prompt, QMessageBox::
     QMessageBox::StandardButton pressed = QMessageBox::NoButton;
     Guard(u"  @  TranslateMsgBox"_s, [&] {
         const QString text = Translate(QString(), prompt, p1, p2);
-        const QString shownTitle = title.isEmpty() ? ApplicationTitle() : title;
+        const QString shownTitle = title.isEmpty() ? applicationTitle() : title;
         pressed = scriptedAnswer ? scriptedAnswer(shownTitle, text, buttons) : showMessageBox(shownTitle, text, buttons);
     });
     return pressed;
 }
 
-void SetMsgBoxAnswer(MsgBoxAnswer answer)
+void setMsgBoxAnswer(MsgBoxAnswer answer)
 {
     scriptedAnswer = std::move(answer);
 }
@@ -66,9 +66,9 @@ void SetMsgBoxAnswer(MsgBoxAnswer answer)
 void TranslateWindow(QWidget *window)
 {
     Guard(u"  @  TranslateWindow"_s, [&] {
-        auto *translator = qobject_cast<ITranslator *>(Translator());
-        if (translator && window)
-            translator->TranslateWindow(window);
+        auto *active = qobject_cast<ITranslator *>(translator());
+        if (active && window)
+            active->TranslateWindow(window);
     });
 }
 

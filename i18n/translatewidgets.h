@@ -24,7 +24,7 @@ QMessageBox::StandardButton TranslateMsgBox(const QString &prompt,
 using MsgBoxAnswer = std::function<QMessageBox::StandardButton(const QString &title, const QString &text,
                                                                QMessageBox::StandardButtons buttons)>;
 // Test seam: every message box is answered by answer until it is set back to an empty function.
-void SetMsgBoxAnswer(MsgBoxAnswer answer);
+void setMsgBoxAnswer(MsgBoxAnswer answer);
 
 // Hands the window to the translator; without one the window keeps its English texts.
 void TranslateWindow(QWidget *window);

@@ -38,9 +38,9 @@ const QStringList ignoredKinds = {u"LOGIN"_s,     u"SUCCESS"_s,  u"BLF"_s,      
 
 QString deviceRead(const QVariant &id, const QStringList &addressBookNames)
 {
-    QString message = u"{Cmd=GetFields}{Table=Exts}{Fields="_s + Commands::DeviceFieldList(addressBookNames)
+    QString message = u"{Cmd=GetFields}{Table=Exts}{Fields="_s + Commands::deviceFieldList(addressBookNames)
         + u"}{Ref=EXTS-EXT}"_s;
-    if (LeadingNumber(TagValueText(id)) == -1) {
+    if (leadingNumber(tagValueText(id)) == -1) {
         // A device not yet stored: the server picks the record by its Ext.
         AddVar(message, u"Id"_s, u","_s, true);
         AddVar(message, u"Index"_s, u"Ext"_s);
@@ -60,7 +60,7 @@ QString withId(QString message, const QVariant &id)
 
 namespace Commands {
 
-QString DeviceFieldList(const QStringList &addressBookNames)
+QString deviceFieldList(const QStringList &addressBookNames)
 {
     QString fields = deviceFields;
     for (const QString &book : addressBookNames)
@@ -68,7 +68,7 @@ QString DeviceFieldList(const QStringList &addressBookNames)
     return fields;
 }
 
-QString ReadCommand(const QString &key, const QVariant &id, const QString &extsSort, const QString &abSort,
+QString readCommand(const QString &key, const QVariant &id, const QString &extsSort, const QString &abSort,
                     const QStringList &addressBookNames)
 {
     const QString k = key.toUpper();
@@ -96,7 +96,7 @@ QString ReadCommand(const QString &key, const QVariant &id, const QString &extsS
     if (k == u"CAMPAIGN"_s)
         return withId(u"{Cmd=GetFields}{Table=Campaigns}{Fields=Name,Options}{Ref=CAMPAIGN-CAMPAIGN}"_s, id);
     if (k == u"SCRIPT"_s)
-        return u"{Cmd=GetFields}{Table=Scripts}{Id="_s + TagValueText(id)
+        return u"{Cmd=GetFields}{Table=Scripts}{Id="_s + tagValueText(id)
             + u"}{Fields=ScriptId,Id,Name,Options,Script}{Ref=SCRIPTS-SCRIPT}"_s;
     return {}; // "LOCALEXT" and unknown keys
 }
@@ -110,7 +110,7 @@ void ServerLink::GetData(const QString &Key, const QVariant &Id)
     QString message;
     Guard(getDataLabel, [&] {
         const QStringList books = m_addressBookNames ? m_addressBookNames() : QStringList();
-        message = Commands::ReadCommand(Key, Id, m_deviceSort, m_addressBookSort, books);
+        message = Commands::readCommand(Key, Id, m_deviceSort, m_addressBookSort, books);
     });
     // Whatever the key, exactly one send: an unknown key sends an empty message.
     m_session.SendCommand(message);
@@ -137,9 +137,9 @@ void ServerLink::HandleCallback(const QString &Message)
     if (Message.isEmpty())
         return;
     Guard(handleCallbackLabel, [&] {
-        QString tag = GetText(Message, u"Ref"_s).toUpper();
+        QString tag = getText(Message, u"Ref"_s).toUpper();
         if (tag.isEmpty())
-            tag = GetText(Message, u"Cmd"_s).toUpper();
+            tag = getText(Message, u"Cmd"_s).toUpper();
         const QString prefix = tag.section(u'-', 0, 0);
         for (const Route &route : routes) {
             if (prefix != route.prefix)

@@ -24,9 +24,9 @@ public:
 
 // The command texts of the read catalogue, exactly as the server expects them.
 namespace Commands {
-QString DeviceFieldList(const QStringList &addressBookNames);
+QString deviceFieldList(const QStringList &addressBookNames);
 // "" for an unknown key (and "LOCALEXT"): the caller still sends it.
-QString ReadCommand(const QString &key, const QVariant &id, const QString &extsSort, const QString &abSort,
+QString readCommand(const QString &key, const QVariant &id, const QString &extsSort, const QString &abSort,
                     const QStringList &addressBookNames);
 } // namespace Commands
 

@@ -14,7 +14,7 @@ using namespace Qt::StringLiterals;
 
 namespace Startup {
 
-QString ProductName(const QString &executablePath)
+QString productName(const QString &executablePath)
 {
     // The whole name, without folder or extension, in any case; both separators, since the name
     // may come from either kind of system.
@@ -25,17 +25,17 @@ QString ProductName(const QString &executablePath)
     return name.compare(u"HLCONFIG"_s, Qt::CaseInsensitive) == 0 ? u"Halyard"_s : u"QuillServer"_s;
 }
 
-QString ApplicationTitle(const QString &productName)
+QString applicationTitle(const QString &productName)
 {
     return productName + u" Configuration"_s;
 }
 
-QString WindowTitle(const QString &productName)
+QString windowTitle(const QString &productName)
 {
     return Translate(QString(), u"<1> configuration"_s, productName);
 }
 
-QString LockFilePath()
+QString lockFilePath()
 {
     // One copy per user: the user's own runtime folder, not the temporary folder that every user
     // of the machine shares (there another user's running copy would stop this user's silently).
@@ -45,7 +45,7 @@ QString LockFilePath()
     return QDir(folder).filePath(u"quillconfig.lock"_s);
 }
 
-bool AcquireSingleInstance(QLockFile &lock)
+bool acquireSingleInstance(QLockFile &lock)
 {
     lock.setStaleLockTime(0); // a copy that died leaves a stale lock, which is removed
     QDir().mkpath(QFileInfo(lock.fileName()).absolutePath());
@@ -54,7 +54,7 @@ bool AcquireSingleInstance(QLockFile &lock)
     return lock.tryLock(0) || lock.error() != QLockFile::LockFailedError;
 }
 
-QStringList InitialLoadKeys()
+QStringList initialLoadKeys()
 {
     return {u"MAIN-EXTS"_s,     u"MAIN-PBX"_s,     u"MAIN-AB"_s,     u"MAIN-CAMPAIGNS"_s,
             u"MAIN-FEATURES"_s, u"MAIN-SCRIPTS"_s, u"MAIN-ROUTING"_s};
@@ -72,7 +72,7 @@ void SessionEvents::Sess_SessionEvent(const QString &, const QString &kind, cons
             return;
         if (k == u"READY"_s) {
             m_link.setDeviceSort(u"Type"_s);
-            for (const QString &key : Startup::InitialLoadKeys())
+            for (const QString &key : Startup::initialLoadKeys())
                 m_link.GetData(key);
             emit loadStarted();
         } else if (k == u"LOGOUT"_s) {

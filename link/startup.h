@@ -11,17 +11,17 @@ class usrSession;
 
 namespace Startup {
 // "Halyard" when the executable's name (no path, no extension) is HLCONFIG in any case.
-QString ProductName(const QString &executablePath);
+QString productName(const QString &executablePath);
 // "<product> Configuration": the application title given to the session.
-QString ApplicationTitle(const QString &productName);
+QString applicationTitle(const QString &productName);
 // The main window's title: the translation of "<1> configuration".
-QString WindowTitle(const QString &productName);
+QString windowTitle(const QString &productName);
 // Takes the lock of the single running copy; false only when another copy holds it.
-bool AcquireSingleInstance(QLockFile &lock);
+bool acquireSingleInstance(QLockFile &lock);
 // In the user's own runtime folder: copies run by other users of the machine do not count.
-QString LockFilePath();
+QString lockFilePath();
 // The seven requests of the initial load, in order.
-QStringList InitialLoadKeys();
+QStringList initialLoadKeys();
 } // namespace Startup
 
 // Handles the session's events the way the main window needs them: READY (in any case) sets the

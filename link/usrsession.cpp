@@ -57,7 +57,7 @@ QString logoutFrame(const QString &reason)
 }
 } // namespace
 
-SessionOptions SessionOptions::Parse(const QString &commandLine)
+SessionOptions SessionOptions::parse(const QString &commandLine)
 {
     SessionOptions options;
     const QStringList words = QProcess::splitCommand(commandLine);
@@ -255,7 +255,7 @@ void usrSession::setFirstConnectFailure(FirstConnectFailure ask)
     d->firstFailure = std::move(ask);
 }
 
-SessionCredentials usrSession::SavedCredentials()
+SessionCredentials usrSession::savedCredentials()
 {
     QSettings settings = sessionSettings();
     settings.beginGroup(u"Session"_s);
@@ -265,9 +265,9 @@ SessionCredentials usrSession::SavedCredentials()
     return saved;
 }
 
-bool usrSession::ServerConfigured(const QString &commandLine)
+bool usrSession::serverConfigured(const QString &commandLine)
 {
-    return !SessionOptions::Parse(commandLine).server.isEmpty() || !SavedCredentials().server.isEmpty();
+    return !SessionOptions::parse(commandLine).server.isEmpty() || !savedCredentials().server.isEmpty();
 }
 
 void usrSession::setTokenSource(TokenSource source)
@@ -310,8 +310,8 @@ bool usrSession::setCaCertificateFile(const QString &path, QString *error)
 
 void usrSession::Private::start()
 {
-    const SessionOptions options = SessionOptions::Parse(q->command);
-    const SessionCredentials saved = SavedCredentials();
+    const SessionOptions options = SessionOptions::parse(q->command);
+    const SessionCredentials saved = savedCredentials();
     if (credentials.server.isEmpty())
         credentials.server = !options.server.isEmpty() ? options.server : saved.server;
     if (credentials.user.isEmpty())
@@ -444,7 +444,7 @@ void usrSession::Private::onReady(const QString &frame)
 
 void usrSession::Private::onServerLogout(const QString &frame)
 {
-    const QString reason = GetText(frame, u"Reason"_s);
+    const QString reason = getText(frame, u"Reason"_s);
     qCInfo(lcSession) << "server logged the session out:" << reason;
     const bool rejectedAtLogIn = state == State::LoggingIn;
     logInTimer.stop();

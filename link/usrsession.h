@@ -25,7 +25,7 @@ struct SessionOptions {
     QString user;
     bool demo = false;
     QString caFile;
-    static SessionOptions Parse(const QString &commandLine);
+    static SessionOptions parse(const QString &commandLine);
 };
 
 class usrSession : public QObject
@@ -80,10 +80,10 @@ public:
     void setFirstConnectFailure(FirstConnectFailure ask);
 
     // Server and user kept from the last log-in typed into the prompt (never a password).
-    static SessionCredentials SavedCredentials();
+    static SessionCredentials savedCredentials();
     // True when the command line or the session's settings name a server; otherwise the tool
     // runs on its embedded server.
-    static bool ServerConfigured(const QString &commandLine);
+    static bool serverConfigured(const QString &commandLine);
 
     // Where a fresh one-time token comes from before each log-in (the embedded server): a token is
     // spent by its log-in, so a reconnect needs a new one.

@@ -58,9 +58,9 @@ QStringList fieldNames(QStringView text)
     QSet<QString> seen;
     for (QStringView part : text.split(u',')) {
         const QStringView name = part.trimmed();
-        if (name.isEmpty() || seen.contains(FieldKey(name)))
+        if (name.isEmpty() || seen.contains(fieldKey(name)))
             continue;
-        seen.insert(FieldKey(name));
+        seen.insert(fieldKey(name));
         names.append(name.toString());
     }
     return names;
@@ -97,7 +97,7 @@ bool isIdAlias(Table table, QStringView name)
         {int(Table::Campaigns), {u"campaignid"_s, u"campaignsid"_s}},
         {int(Table::Scripts), {u"scriptid"_s, u"scriptsid"_s}},
     };
-    const QString key = FieldKey(name.trimmed());
+    const QString key = fieldKey(name.trimmed());
     return common.contains(key) || perTable.value(int(table)).contains(key);
 }
 
@@ -127,7 +127,7 @@ SortKey sortKey(const StoredField &field)
         return {};
     const QStringView trimmed = QStringView(field.value).trimmed();
     qsizetype consumed = 0;
-    const double number = LeadingNumber(trimmed, &consumed);
+    const double number = leadingNumber(trimmed, &consumed);
     if (field.type == u'N' || (consumed > 0 && consumed == trimmed.size()))
         return {1, number, {}};
     return {2, 0, field.value.toCaseFolded()};
@@ -144,7 +144,7 @@ bool sortsBefore(const SortKey &a, const SortKey &b)
 
 } // namespace
 
-bool WellFormedEntries(QStringView text)
+bool wellFormedEntries(QStringView text)
 {
     const qsizetype n = text.size();
     qsizetype at = 0;
@@ -286,12 +286,12 @@ bool CommandProcessor::Run::storageFailed()
 CommandOutcome CommandProcessor::Run::execute()
 {
     CommandOutcome outcome;
-    if (!WellFormedEntries(m_command)) {
+    if (!wellFormedEntries(m_command)) {
         outcome.refusal =
             u"malformed command (%1 characters): %2"_s.arg(m_command.size()).arg(oneLine(m_command, 40));
         return outcome;
     }
-    m_entries = SplitEntries(m_command);
+    m_entries = splitEntries(m_command);
     const auto word = text(u"Cmd");
     if (!word || word->trimmed().isEmpty()) {
         outcome.refusal = u"command without Cmd: "_s + oneLine(m_command, 40);
@@ -324,7 +324,7 @@ CommandOutcome CommandProcessor::Run::execute()
             outcome.refusal = m_word + u" without Table"_s;
             return outcome;
         }
-        const auto table = TableFromName(*tableName);
+        const auto table = tableFromName(*tableName);
         if (!table) {
             outcome.refusal = m_word + u": unknown table "_s + oneLine(*tableName);
             return outcome;
@@ -348,7 +348,7 @@ CommandOutcome CommandProcessor::Run::execute()
     outcome.reply = m_reply;
     if (!m_refusals.isEmpty())
         outcome.refusal =
-            m_word + (rebuild ? QString() : u" "_s + TableName(m_table)) + u": "_s + m_refusals.join(u"; "_s);
+            m_word + (rebuild ? QString() : u" "_s + tableName(m_table)) + u": "_s + m_refusals.join(u"; "_s);
     return outcome;
 }
 
@@ -464,7 +464,7 @@ void CommandProcessor::Run::getFields()
     for (qint64 id : std::as_const(ids)) {
         QHash<QString, StoredField> &record = records.emplace_back();
         for (StoredField &field : m_store.fields(m_table, id)) {
-            const QString key = FieldKey(field.name);
+            const QString key = fieldKey(field.name);
             if (!seen.contains(key)) {
                 seen.insert(key);
                 allNames.append(field.name);
@@ -490,7 +490,7 @@ void CommandProcessor::Run::getFields()
         // Several records: a field that differs (or is missing from some) holds the mixed marker.
         // Only the values count: a box ticked by the demo site ("1" as text) and one ticked in the
         // device window (1 as a number) read alike and must not show as mixed.
-        const QString key = FieldKey(name);
+        const QString key = fieldKey(name);
         const StoredField first = records.first().value(key);
         bool mixed = false;
         for (qsizetype i = 1; i < records.size() && !mixed; ++i) {
@@ -542,12 +542,12 @@ std::optional<QList<TagEntry>> CommandProcessor::Run::recordFields()
     const TagEntry *fields = entry(u"Fields");
     if (!fields)
         return QList<TagEntry>();
-    if (!WellFormedEntries(fields->value)) {
+    if (!wellFormedEntries(fields->value)) {
         refuse(u"malformed Fields"_s);
         return std::nullopt;
     }
     QList<TagEntry> result;
-    for (TagEntry &field : SplitEntries(fields->value)) {
+    for (TagEntry &field : splitEntries(fields->value)) {
         if (!validFieldName(field.name)) {
             refuse(u"bad field name "_s + oneLine(field.name, 40));
             return std::nullopt;
@@ -656,9 +656,9 @@ void CommandProcessor::Run::setBlock(const QString &idText)
         return refuse(u"no block "_s + oneLine(idText));
     const TagEntry *whole = entry(u"Fields");
     const TagEntry *beside = entry(u"Options");
-    if (whole && !WellFormedEntries(whole->value))
+    if (whole && !wellFormedEntries(whole->value))
         return refuse(u"malformed Fields"_s);
-    const QList<TagEntry> entries = whole ? SplitEntries(whole->value) : QList<TagEntry>();
+    const QList<TagEntry> entries = whole ? splitEntries(whole->value) : QList<TagEntry>();
     const bool wrapped = std::any_of(entries.cbegin(), entries.cend(), [](const TagEntry &f) {
         return f.name.trimmed().compare(u"Options", Qt::CaseInsensitive) == 0;
     });

@@ -31,4 +31,4 @@ private:
 
 // True when text is a run of whole entries: every sized entry's length lands on its "}", every
 // plain entry is closed. A command cut short anywhere fails this test.
-bool WellFormedEntries(QStringView text);
+bool wellFormedEntries(QStringView text);

@@ -24,7 +24,7 @@ QByteArray derive(const QString &password, const QByteArray &salt, int iteration
 }
 } // namespace
 
-Account HashPassword(const QString &password, int iterations)
+Account hashPassword(const QString &password, int iterations)
 {
     Account account;
     account.salt = randomBytes(SaltBytes);
@@ -33,20 +33,20 @@ Account HashPassword(const QString &password, int iterations)
     return account;
 }
 
-bool Verify(const QString &password, const Account &account)
+bool verify(const QString &password, const Account &account)
 {
     if (account.iterations <= 0 || account.hash.isEmpty())
         return false;
-    return ConstantTimeEquals(derive(password, account.salt, account.iterations), account.hash);
+    return constantTimeEquals(derive(password, account.salt, account.iterations), account.hash);
 }
 
-void WasteVerification(const QString &password)
+void wasteVerification(const QString &password)
 {
     static const QByteArray salt(SaltBytes, '\x5a');
     derive(password, salt, DefaultIterations);
 }
 
-bool ConstantTimeEquals(const QByteArray &a, const QByteArray &b)
+bool constantTimeEquals(const QByteArray &a, const QByteArray &b)
 {
     if (a.size() != b.size())
         return false;
@@ -56,7 +56,7 @@ bool ConstantTimeEquals(const QByteArray &a, const QByteArray &b)
     return difference == 0;
 }
 
-QString NewToken()
+QString newToken()
 {
     return QString::fromLatin1(randomBytes(32).toHex());
 }

@@ -14,14 +14,14 @@ inline constexpr int SaltBytes = 16;
 inline constexpr int HashBytes = 32;
 
 // A fresh salt and the PBKDF2-SHA-256 hash of password under it.
-Account HashPassword(const QString &password, int iterations = DefaultIterations);
+Account hashPassword(const QString &password, int iterations = DefaultIterations);
 // True when password hashes to account's hash; the comparison takes the same time wherever the
 // first difference is.
-bool Verify(const QString &password, const Account &account);
+bool verify(const QString &password, const Account &account);
 // The same work as Verify for a user that does not exist, so that a wrong name and a wrong
 // password take the same time.
-void WasteVerification(const QString &password);
-bool ConstantTimeEquals(const QByteArray &a, const QByteArray &b);
+void wasteVerification(const QString &password);
+bool constantTimeEquals(const QByteArray &a, const QByteArray &b);
 // 32 random bytes from the system generator, as hex text.
-QString NewToken();
+QString newToken();
 } // namespace Credentials

@@ -20,9 +20,9 @@ class Record
 public:
     Record &set(const QString &name, const QVariant &value)
     {
-        const QString text = TagValueText(value);
+        const QString text = tagValueText(value);
         if (!text.isEmpty())
-            m_entries.append({name, TagTypeLetter(value), text, true});
+            m_entries.append({name, tagTypeLetter(value), text, true});
         return *this;
     }
     Record &set(const QString &name, const QString &text) { return set(name, QVariant(text)); }
@@ -694,7 +694,7 @@ bool storeAll(Store &store)
 
 namespace DemoSite {
 
-bool Seed(Store &store, QString *error)
+bool seed(Store &store, QString *error)
 {
     if (!store.begin() || !storeAll(store) || !store.commit()) {
         if (error)

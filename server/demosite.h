@@ -9,5 +9,5 @@ class Store;
 namespace DemoSite {
 // Stores the whole demo site in one transaction: about 200 devices of the four kinds, the PBX and
 // feature-code blocks, three address books, five routing conditions, two campaigns, three scripts.
-bool Seed(Store &store, QString *error = nullptr);
+bool seed(Store &store, QString *error = nullptr);
 } // namespace DemoSite

@@ -93,9 +93,9 @@ std::optional<LogInGate::Answer> LogInGate::check(const QHostAddress &peer,
     m_pool.start([this, id, account, password] {
         bool accepted = false;
         if (account)
-            accepted = Credentials::Verify(password, *account);
+            accepted = Credentials::verify(password, *account);
         else
-            Credentials::WasteVerification(password);
+            Credentials::wasteVerification(password);
         QMetaObject::invokeMethod(
             this, [this, id, accepted] { finished(id, accepted); }, Qt::QueuedConnection);
     });

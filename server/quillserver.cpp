@@ -155,7 +155,7 @@ void QuillServer::seedDemo()
         return;
     }
     QString why;
-    if (DemoSite::Seed(*m_store, &why))
+    if (DemoSite::seed(*m_store, &why))
         qCInfo(lcServer) << "demo site loaded";
     else
         qCWarning(lcServer).noquote() << "the demo site could not be loaded:" << why;
@@ -166,7 +166,7 @@ bool QuillServer::addUser(const QString &name, const QString &password)
     const QString user = name.trimmed();
     if (user.isEmpty() || password.isEmpty() || !m_store->isOpen())
         return false;
-    const Account account = Credentials::HashPassword(password);
+    const Account account = Credentials::hashPassword(password);
     if (!m_store->begin())
         return false;
     if (!m_store->setAccount(user, account) || !m_store->commit()) {
@@ -180,7 +180,7 @@ bool QuillServer::addUser(const QString &name, const QString &password)
 
 QString QuillServer::createOneTimeToken()
 {
-    const QString token = Credentials::NewToken();
+    const QString token = Credentials::newToken();
     QMutexLocker lock(&m_tokenLock);
     m_tokens.append(token);
     return token;
@@ -197,7 +197,7 @@ bool QuillServer::acceptToken(const QString &token)
     QMutexLocker lock(&m_tokenLock);
     qsizetype match = -1;
     for (qsizetype i = 0; i < m_tokens.size(); ++i) {
-        if (Credentials::ConstantTimeEquals(m_tokens[i].toUtf8(), offered))
+        if (Credentials::constantTimeEquals(m_tokens[i].toUtf8(), offered))
             match = i;
     }
     if (match < 0)

@@ -132,7 +132,7 @@ void Session::binaryArrived()
 
 void Session::logIn(const QString &frame)
 {
-    const QList<TagEntry> entries = SplitEntries(frame);
+    const QList<TagEntry> entries = splitEntries(frame);
     const QString user = frameTag(entries, u"User");
     const QString token = frameTag(entries, u"Token");
     const QString app = frameTag(entries, u"App");

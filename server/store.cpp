@@ -61,12 +61,12 @@ QString connectionName()
 
 } // namespace
 
-QString FieldKey(QStringView name)
+QString fieldKey(QStringView name)
 {
     return name.toString().toLower();
 }
 
-std::optional<Table> TableFromName(QStringView name)
+std::optional<Table> tableFromName(QStringView name)
 {
     static const std::pair<QString, Table> names[] = {
         {u"exts"_s, Table::Exts},       {u"system"_s, Table::System},       {u"ab"_s, Table::AB},
@@ -80,7 +80,7 @@ std::optional<Table> TableFromName(QStringView name)
     return std::nullopt;
 }
 
-QString TableName(Table table)
+QString tableName(Table table)
 {
     switch (table) {
     case Table::Exts:
@@ -368,7 +368,7 @@ StoredField Store::field(Table table, qint64 id, QStringView name)
     QSqlQuery &query =
         prepared(SelectField, u"SELECT name, type, value FROM field WHERE tbl = ? AND fkey = ? AND id = ?"_s);
     query.bindValue(0, int(table));
-    query.bindValue(1, FieldKey(name));
+    query.bindValue(1, fieldKey(name));
     query.bindValue(2, id);
     StoredField result;
     if (read(query) && query.next()) {
@@ -385,7 +385,7 @@ bool Store::setField(Table table, qint64 id, const QString &name, QChar type, co
         QSqlQuery &remove =
             prepared(DeleteField, u"DELETE FROM field WHERE tbl = ? AND fkey = ? AND id = ?"_s);
         remove.bindValue(0, int(table));
-        remove.bindValue(1, FieldKey(name));
+        remove.bindValue(1, fieldKey(name));
         remove.bindValue(2, id);
         return remove.exec() || fail(remove);
     }
@@ -393,7 +393,7 @@ bool Store::setField(Table table, qint64 id, const QString &name, QChar type, co
         UpsertField,
         u"INSERT OR REPLACE INTO field (tbl, fkey, id, name, type, value) VALUES (?, ?, ?, ?, ?, ?)"_s);
     upsert.bindValue(0, int(table));
-    upsert.bindValue(1, FieldKey(name));
+    upsert.bindValue(1, fieldKey(name));
     upsert.bindValue(2, id);
     upsert.bindValue(3, name);
     upsert.bindValue(4, QString(type.isNull() ? u'S' : type));
@@ -407,7 +407,7 @@ QList<StoredField> Store::column(Table table, QStringView name, const QList<qint
     QSqlQuery &query =
         prepared(SelectColumn, u"SELECT id, type, value FROM field WHERE tbl = ? AND fkey = ? ORDER BY id"_s);
     query.bindValue(0, int(table));
-    query.bindValue(1, FieldKey(name));
+    query.bindValue(1, fieldKey(name));
     if (!read(query))
         return result;
     // Every value of the column carries the name as asked (one shared string), not as stored.

@@ -15,8 +15,8 @@
 enum class Table { Exts = 1, System = 2, AB = 3, Routing = 4, Campaigns = 5, Scripts = 6 };
 
 // The table a command names ("Ab" and "AB" are one table); nothing for an unknown name.
-std::optional<Table> TableFromName(QStringView name);
-QString TableName(Table table);
+std::optional<Table> tableFromName(QStringView name);
+QString tableName(Table table);
 
 // One stored field: its name as last written, its type letter ("S", "N", "D", ...) and its text.
 struct StoredField
@@ -102,4 +102,4 @@ private:
 };
 
 // Field names compare without regard to case; this is the stored form they are compared by.
-QString FieldKey(QStringView name);
+QString fieldKey(QStringView name);

@@ -104,11 +104,11 @@ double cpuNanoseconds()
 
 using ReadFunction = double (*)(const QString &reply);
 
-// Only the rows, as ReadList hands them out: each copied into a QString of its own.
+// Only the rows, as readList hands them out: each copied into a QString of its own.
 double readRows(const QString &reply)
 {
     double sum = 0;
-    for (const QString &row : ReadList(reply))
+    for (const QString &row : readList(reply))
         sum += row.size();
     return sum;
 }
@@ -177,7 +177,7 @@ void BM_ReadListOnePass(benchmark::State &state)
     measure(state, readFast);
 }
 
-// The rows alone, as ReadList gives them.
+// The rows alone, as readList gives them.
 void BM_ReadListRowsOnly(benchmark::State &state)
 {
     measure(state, readRows);

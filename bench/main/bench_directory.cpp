@@ -77,7 +77,7 @@ public:
 void fillTreeWidget(QTreeWidget &tree, const QString &reply)
 {
     tree.clear();
-    const QStringList rows = ReadList(reply);
+    const QStringList rows = readList(reply);
     QList<QTreeWidgetItem *> items;
     items.reserve(rows.size());
     for (const QString &row : rows) {
@@ -188,7 +188,7 @@ void BM_DirectoryFill(benchmark::State &state)
     state.counters["under_1s"] = seconds < 1.0 ? 1 : 0;
 }
 
-// Reading the rows into the model alone (ReadList and the six fields of each row), without the
+// Reading the rows into the model alone (readList and the six fields of each row), without the
 // view and its sorting: the part of the fill both lists share.
 void BM_ReadRows(benchmark::State &state)
 {

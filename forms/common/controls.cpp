@@ -117,7 +117,7 @@ QString entryText(const QWidget *list, int index)
 // The whole number a field's text stands for, as a control's value.
 long long optionNumber(const QString &value)
 {
-    const double number = std::nearbyint(LeadingNumber(value));
+    const double number = std::nearbyint(leadingNumber(value));
     if (!(std::abs(number) < 2.0e9))
         failInvalidValue();
     return static_cast<long long>(number);
@@ -129,7 +129,7 @@ void setList(QWidget *list, const QString &value)
         selectIndex(list, -1);
         return;
     }
-    if (IsButtonList(list)) {
+    if (isButtonList(list)) {
         selectIndex(list, ListSearch(list, value, false));
         return;
     }
@@ -185,7 +185,7 @@ void uncheckAll(QButtonGroup *group)
 
 } // namespace
 
-bool IsButtonList(const QObject *control)
+bool isButtonList(const QObject *control)
 {
     return control && control->objectName().startsWith(u"BTN"_s, Qt::CaseInsensitive);
 }
@@ -255,7 +255,7 @@ void SetOption(QString &vars, const QString &name, const QWidget *control)
             const int index = selectedIndex(control);
             if (index < 0)
                 return;
-            if (IsButtonList(control))
+            if (isButtonList(control))
                 AddVar(vars, name, entryText(control, index), true);
             else
                 AddVar(vars, name, index, true);

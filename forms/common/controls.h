@@ -15,7 +15,7 @@ inline const QString MixedValue = QStringLiteral(" ");
 
 // A "BTN" control (objectName beginning with "BTN" in any case) is a list of button actions: it
 // is set and read by the text of its entries. Other controls carry a number.
-bool IsButtonList(const QObject *control);
+bool isButtonList(const QObject *control);
 
 // Index (from 0) of the first entry of a QComboBox or QListWidget that matches value, or -1.
 // A number matches the number stored with the entry (its Qt::UserRole data; an entry without one

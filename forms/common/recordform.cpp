@@ -74,7 +74,7 @@ RecordForm &RecordForm::choice(QComboBox *combo, const QString &tag, const QStri
 void RecordForm::load(const QString &record)
 {
     for (Field &field : m_fields) {
-        const QString value = GetText(record, field.tag, field.defaultValue);
+        const QString value = getText(record, field.tag, field.defaultValue);
         field.loadedMixed = value == MixedValue;
         field.lineBreaksCrLf = value.contains(u"\r\n"_s);
         switch (field.kind) {
@@ -189,7 +189,7 @@ QString RecordForm::assemble(const QStringList &order, const RecordEntries &entr
 
 void appendOtherEntries(QString &record, const QString &original, const QStringList &known)
 {
-    const QList<TagEntry> entries = SplitEntries(original);
+    const QList<TagEntry> entries = splitEntries(original);
     for (const TagEntry &entry : entries) {
         if (!known.contains(entry.name, Qt::CaseInsensitive))
             record += entryText(entry);

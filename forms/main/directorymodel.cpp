@@ -244,7 +244,7 @@ bool DirectoryModel::updateEntry(const QString &id, const QString &record)
     auto field = [&](const QString &tag, auto apply) {
         const QVariant value = GetVar(record, tag);
         if (value.isValid())
-            apply(TagValueText(value));
+            apply(tagValueText(value));
     };
     field(extTag, [&](const QString &text) { entry.setExt(text); });
     field(nameTag, [&](const QString &text) { entry.name = text; });

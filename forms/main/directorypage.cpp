@@ -115,7 +115,7 @@ QStringList DirectoryPage::selectedIds() const
 {
     QStringList ids;
     for (int row : selectedSourceRows())
-        ids.append(TagValueText(GetId(m_model->entry(row).key())));
+        ids.append(tagValueText(GetId(m_model->entry(row).key())));
     return ids;
 }
 
@@ -180,7 +180,7 @@ void DirectoryPage::removeDevices()
     QStringList ids;
     ids.reserve(rowIds.size());
     for (const QString &id : std::as_const(rowIds))
-        ids.append(TagValueText(GetId(u'~' + id)));
+        ids.append(tagValueText(GetId(u'~' + id)));
     QString command = u"{Cmd=Delete}{Table=Exts}"_s;
     AddVar(command, u"Id"_s, ids.join(u','));
     m_link.SendCommand(command);

@@ -33,12 +33,12 @@ FeaturesPage::FeaturesPage(QWidget *parent) : QWidget(parent), m_grid(new QTable
     layout->setContentsMargins(0, 0, 0, 0);
     layout->addWidget(m_grid);
 
-    for (const FeatureCode &feature : CommonFeatures())
+    for (const FeatureCode &feature : commonFeatures())
         addRow(feature.tag, feature.caption);
     load(QString());
 }
 
-const QList<FeatureCode> &FeaturesPage::CommonFeatures()
+const QList<FeatureCode> &FeaturesPage::commonFeatures()
 {
     static const QList<FeatureCode> features{
         {u"Pickup"_s, Translate(u"Pickup"_s)},
@@ -55,12 +55,12 @@ const QList<FeatureCode> &FeaturesPage::CommonFeatures()
 
 void FeaturesPage::load(const QString &options)
 {
-    m_grid->setRowCount(int(CommonFeatures().size()));
+    m_grid->setRowCount(int(commonFeatures().size()));
     m_form = RecordForm();
     for (int row = 0; row < m_grid->rowCount(); ++row)
         m_form.cell(m_grid->item(row, CodeColumn), m_grid->item(row, FeatureColumn)->data(TagRole).toString());
     // Every other tag of the record gets a row of its own, in its order.
-    const QList<TagEntry> entries = SplitEntries(options);
+    const QList<TagEntry> entries = splitEntries(options);
     for (const TagEntry &entry : entries) {
         if (!entry.name.isEmpty() && rowOf(entry.name) < 0) {
             addRow(entry.name, entry.name);

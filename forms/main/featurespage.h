@@ -26,7 +26,7 @@ public:
     explicit FeaturesPage(QWidget *parent = nullptr);
 
     // The features every telephone system has, in the order the grid shows them.
-    static const QList<FeatureCode> &CommonFeatures();
+    static const QList<FeatureCode> &commonFeatures();
 
     // Fills the codes from the FEATURES record; a feature the record holds beyond the common ones
     // gets a row of its own, named by its tag, so that it is shown and saved back.

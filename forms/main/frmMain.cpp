@@ -79,7 +79,7 @@ frmMain::frmMain(ServerLink &link, QWidget *parent)
     connect(m_ui->Tabs, &QTabWidget::currentChanged, this, &frmMain::Tabs_Click);
     connect(m_ui->OK, &QPushButton::clicked, this, &frmMain::OK_Click);
     connect(m_ui->Cancel, &QPushButton::clicked, this, &frmMain::Cancel_Click);
-    connect(m_ui->mnuErrorLog, &QAction::triggered, this, &frmMain::ShowErrors);
+    connect(m_ui->mnuErrorLog, &QAction::triggered, this, &frmMain::showErrors);
 }
 
 frmMain::~frmMain()
@@ -116,7 +116,7 @@ void frmMain::Form_Load()
 
     // Address books show the display name of the plug-in that serves them.
     QHash<QString, QString> pluginNames;
-    for (const auto &[code, name] : PluginHost::InstalledPlugins())
+    for (const auto &[code, name] : PluginHost::installedPlugins())
         pluginNames.insert(code.toUpper(), name);
     m_addressBooks->setSecondColumnText(
         [pluginNames](const QString &code) { return pluginNames.value(code.toUpper(), code); });
@@ -134,9 +134,9 @@ void frmMain::Form_Load()
 void frmMain::watchTips()
 {
     m_tips = new TipFilter(
-        m_ui->Tip, Tips::ControlTips(),
+        m_ui->Tip, Tips::controlTips(),
         [this](const ControlTip &tip) {
-            return Tips::ControlTipText(tip, m_productName, m_site->systemType());
+            return Tips::controlTipText(tip, m_productName, m_site->systemType());
         },
         this);
     const QStringList missing = m_tips->watch(this);
@@ -147,7 +147,7 @@ void frmMain::watchTips()
 void frmMain::setProductName(const QString &productName)
 {
     m_productName = productName;
-    setWindowTitle(Startup::WindowTitle(productName));
+    setWindowTitle(Startup::windowTitle(productName));
     Tabs_Click(m_ui->Tabs->currentIndex());
 }
 
@@ -185,7 +185,7 @@ void frmMain::DataArrived(const QString &SubRef, const QString &Message)
         if (subRef == u"EXTS"_s) {
             m_directory->fill(Message);
         } else if (subRef == u"PBX"_s) {
-            m_pbxOptions = GetText(Message, u"Options"_s);
+            m_pbxOptions = getText(Message, u"Options"_s);
             m_site->load(m_pbxOptions);
             m_network->load(m_pbxOptions);
             m_pbxLoaded = true;
@@ -198,7 +198,7 @@ void frmMain::DataArrived(const QString &SubRef, const QString &Message)
         } else if (subRef == u"SCRIPTS"_s) {
             m_scripts->fill(Message);
         } else if (subRef == u"FEATURES"_s) {
-            m_featureOptions = GetText(Message, u"Options"_s);
+            m_featureOptions = getText(Message, u"Options"_s);
             m_features->load(m_featureOptions);
             m_featuresLoaded = true;
         } else {
@@ -229,7 +229,7 @@ void frmMain::Tabs_Click(int index)
 {
     Guard(u" @ frmMain.Tabs_Click"_s, [&] {
         // The tab widget shows the selected panel alone; the tip follows the page.
-        m_ui->Tip->setText(Tips::PageTip(index, m_productName));
+        m_ui->Tip->setText(Tips::pageTip(index, m_productName));
     });
 }
 
@@ -239,7 +239,7 @@ QString frmMain::pbxCommand() const
     m_site->save(entries);
     m_network->save(entries);
     // Tags the tool does not show stay in the record, after the ones it writes, exactly as stored.
-    return systemWrite(u"PBX"_s, RecordForm::assemble(SettingsRecord::PbxTags(), entries, m_pbxOptions));
+    return systemWrite(u"PBX"_s, RecordForm::assemble(SettingsRecord::pbxTags(), entries, m_pbxOptions));
 }
 
 QString frmMain::featuresCommand() const
@@ -269,9 +269,9 @@ void frmMain::PingTimer_Timer()
     Guard(u" @ frmMain.PingTimer_Timer"_s, [this] { m_link.SendCommand(u"{Cmd=Ping}{Handler=Branch}"_s); });
 }
 
-void frmMain::ShowErrors()
+void frmMain::showErrors()
 {
-    Guard(u" @ frmMain.ShowErrors"_s, [this] { m_windows->open(ErrorsWindow, {}, this); });
+    Guard(u" @ frmMain.showErrors"_s, [this] { m_windows->open(ErrorsWindow, {}, this); });
 }
 
 void frmMain::closeEvent(QCloseEvent *event)

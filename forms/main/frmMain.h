@@ -62,7 +62,7 @@ public:
     // Sends the keep-alive command.
     void PingTimer_Timer();
     // Opens the Errors window on the end of the error log (registered as ErrorsWindow).
-    void ShowErrors();
+    void showErrors();
     static constexpr QLatin1StringView ErrorsWindow{"Errors"};
 
     // The two write commands OK sends, as they stand now.

@@ -149,20 +149,20 @@ void RecordList::fill(const QString &message)
 
     QList<QTreeWidgetItem *> items;
     Guard(u"  @  frmMain.DataArrived"_s, [&] {
-        const QStringList rows = ReadList(message);
+        const QStringList rows = readList(message);
         for (const QString &row : rows) {
-            const QString id = GetText(row, u"Id"_s);
+            const QString id = getText(row, u"Id"_s);
             if (id.isEmpty()) {
                 qCWarning(lcRecordList) << info.listName << "row without Id left out:" << row.left(200);
                 continue;
             }
             auto *item = new QTreeWidgetItem;
-            item->setText(0, GetText(row, u"Name"_s));
+            item->setText(0, getText(row, u"Name"_s));
             item->setData(0, KeyRole, QString(u'~' + id));
-            item->setData(0, RecordIdRole, GetText(row, info.recordIdTag));
+            item->setData(0, RecordIdRole, getText(row, info.recordIdTag));
             if (!info.secondTag.isEmpty()) {
                 // GetVar finds the field inside a nested record too: the destination lives in Options.
-                const QString value = GetText(row, info.secondTag);
+                const QString value = getText(row, info.secondTag);
                 item->setData(0, SecondValueRole, value);
                 item->setText(1, m_secondText ? m_secondText(value) : value);
             }
@@ -201,7 +201,7 @@ void RecordList::applyLocalOrder(const QStringList &order)
 
 QString RecordList::idOf(const QTreeWidgetItem *item) const
 {
-    return item ? TagValueText(GetId(item->data(0, KeyRole).toString())) : QString();
+    return item ? tagValueText(GetId(item->data(0, KeyRole).toString())) : QString();
 }
 
 QTreeWidgetItem *RecordList::itemForId(const QString &id) const
@@ -330,7 +330,7 @@ void RecordList::removeRecord()
     if (selected.isEmpty())
         return;
     const QString key = selected.first()->data(0, KeyRole).toString();
-    const QString id = TagValueText(GetId(key));
+    const QString id = tagValueText(GetId(key));
     const Kind &info = kindInfo();
     if (TranslateMsgBox(u"Are you sure you want to remove this <1>?"_s, QMessageBox::Yes | QMessageBox::No,
                         Translate(info.kindWord)) != QMessageBox::Yes)

@@ -16,13 +16,13 @@ using namespace Qt::StringLiterals;
 namespace {
 QString fileName(int page)
 {
-    QString name = Tips::PageNames().value(page).toLower();
+    QString name = Tips::pageNames().value(page).toLower();
     name.replace(u' ', u'-');
     return u"page-%1-%2.png"_s.arg(page).arg(name);
 }
 } // namespace
 
-QStringList SavePageScreenshots(frmMain &window, const QString &dir, QString *error)
+QStringList savePageScreenshots(frmMain &window, const QString &dir, QString *error)
 {
     QStringList files;
     auto *tabs = window.findChild<QTabWidget *>(u"Tabs"_s);
@@ -49,11 +49,11 @@ QStringList SavePageScreenshots(frmMain &window, const QString &dir, QString *er
     return files;
 }
 
-void SavePageScreenshotsWhenLoaded(frmMain &window, const QString &dir,
+void savePageScreenshotsWhenLoaded(frmMain &window, const QString &dir,
                                    std::function<void(const QStringList &files)> done)
 {
     auto save = [target = QPointer<frmMain>(&window), dir, done] {
-        const QStringList files = target ? SavePageScreenshots(*target, dir) : QStringList();
+        const QStringList files = target ? savePageScreenshots(*target, dir) : QStringList();
         if (done)
             done(files);
     };

@@ -12,9 +12,9 @@ class frmMain;
 // Selects each page in turn and saves a picture of the window as dir/page-N-<name>.png
 // ("page-2-address-books.png"); the page selected before is selected again. Returns the files
 // written; error (when given) says which file could not be written.
-QStringList SavePageScreenshots(frmMain &window, const QString &dir, QString *error = nullptr);
+QStringList savePageScreenshots(frmMain &window, const QString &dir, QString *error = nullptr);
 
 // Waits until every list of the window's load has arrived (at once when it already has), then
 // saves the pictures as above and calls done with the files written.
-void SavePageScreenshotsWhenLoaded(frmMain &window, const QString &dir,
+void savePageScreenshotsWhenLoaded(frmMain &window, const QString &dir,
                                    std::function<void(const QStringList &files)> done);

@@ -52,7 +52,7 @@ Connection connectionOf(const QString &upperType)
 
 namespace SettingsRecord {
 
-const QStringList &PbxTags()
+const QStringList &pbxTags()
 {
     static const QStringList tags{
         u"AutoDir"_s,  u"Name"_s,       u"Trunk"_s,        u"LCR"_s,        u"Area"_s,
@@ -88,9 +88,9 @@ SitePage::SitePage(QWidget *parent) : QWidget(parent), m_ui(std::make_unique<Ui:
         .choice(m_ui->sVMType, u"VMType"_s, noVoiceMail, RecordForm::AddMissing)
         .text(m_ui->sVM, u"VM"_s)
         .text(m_ui->sVMIP, u"VMIp"_s);
-    m_ui->sType->addItems(SystemTypes());
-    m_ui->Comm->addItems(Connections());
-    m_ui->sVMType->addItems(VoiceMailTypes());
+    m_ui->sType->addItems(systemTypes());
+    m_ui->Comm->addItems(connections());
+    m_ui->sVMType->addItems(voiceMailTypes());
     m_ui->sType->setCurrentIndex(-1);
     m_ui->Comm->setCurrentIndex(-1);
     m_ui->Settings->setText(defaultSerialSettings);
@@ -110,7 +110,7 @@ SitePage::SitePage(QWidget *parent) : QWidget(parent), m_ui(std::make_unique<Ui:
 
 SitePage::~SitePage() = default;
 
-const QStringList &SitePage::SystemTypes()
+const QStringList &SitePage::systemTypes()
 {
     static const QStringList types{
         u"ALCATEL"_s,  u"AVAYA ECS"_s, u"ERICSSON"_s, u"INTERTEL"_s, u"MITEL"_s,   u"NEC"_s,
@@ -120,14 +120,14 @@ const QStringList &SitePage::SystemTypes()
     return types;
 }
 
-const QStringList &SitePage::VoiceMailTypes()
+const QStringList &SitePage::voiceMailTypes()
 {
     static const QStringList types{noVoiceMail, u"VoxBox"_s, u"VoxPro"_s, u"External Voice Mail"_s,
                                    u"Internal Voice Mail"_s};
     return types;
 }
 
-const QStringList &SitePage::Connections()
+const QStringList &SitePage::connections()
 {
     static const QStringList connections = [] {
         QStringList list{tcpIp};
@@ -148,7 +148,7 @@ void SitePage::load(const QString &options)
         m_form.load(options);
         if (m_ui->Settings->text().isEmpty())
             m_ui->Settings->setText(defaultSerialSettings);
-        QString type = GetText(options, u"PBX"_s);
+        QString type = getText(options, u"PBX"_s);
         if (type.compare(nortelStored, Qt::CaseInsensitive) == 0)
             type = nortelShown;
         int index = type.isEmpty() ? -1 : ListSearch(m_ui->sType, type);

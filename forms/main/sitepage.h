@@ -15,7 +15,7 @@ class SitePage;
 
 namespace SettingsRecord {
 // The tags of the PBX settings record in the order they are written: AutoDir, Name, ..., VMIp.
-const QStringList &PbxTags();
+const QStringList &pbxTags();
 } // namespace SettingsRecord
 
 class SitePage : public QWidget
@@ -26,11 +26,11 @@ public:
     ~SitePage() override;
 
     // The telephone systems offered in sType, as the record stores them.
-    static const QStringList &SystemTypes();
+    static const QStringList &systemTypes();
     // The voice-mail types offered in sVMType.
-    static const QStringList &VoiceMailTypes();
+    static const QStringList &voiceMailTypes();
     // The connections offered in Comm: "Tcp/Ip", then the serial ports "Com1:" .. "Com8:".
-    static const QStringList &Connections();
+    static const QStringList &connections();
 
     // Fills the page from the PBX record (the "Options" of the MAIN-PBX reply), defaults included.
     void load(const QString &options);

@@ -22,7 +22,7 @@ StatusLine::StatusLine(QStatusBar *bar, usrSession &session, QObject *parent)
     update();
 }
 
-QString StatusLine::StateText(usrSession::State state)
+QString StatusLine::stateText(usrSession::State state)
 {
     switch (state) {
     case usrSession::State::Idle:
@@ -46,5 +46,5 @@ void StatusLine::update()
     // The server is known only once the session has read its settings, so it is read each time.
     const QUrl server = m_session.server();
     m_server->setText(server.isEmpty() ? QString() : server.toString(QUrl::RemoveUserInfo));
-    m_state->setText(StateText(m_session.state()));
+    m_state->setText(stateText(m_session.state()));
 }

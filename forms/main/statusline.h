@@ -16,7 +16,7 @@ public:
     StatusLine(QStatusBar *bar, usrSession &session, QObject *parent = nullptr);
 
     // The translated words for a session state ("Connecting", "Ready", "Reconnecting", ...).
-    static QString StateText(usrSession::State state);
+    static QString stateText(usrSession::State state);
 
     void update();
 

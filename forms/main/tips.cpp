@@ -9,14 +9,14 @@ using namespace Qt::StringLiterals;
 
 namespace Tips {
 
-const QStringList &PageNames()
+const QStringList &pageNames()
 {
     static const QStringList names{u"Directory"_s, u"Site"_s,    u"Address Books"_s, u"Campaigns"_s,
                                    u"Features"_s,  u"Routing"_s, u"Network"_s,       u"Scripts"_s};
     return names;
 }
 
-QString PageTip(int page, const QString &productName)
+QString pageTip(int page, const QString &productName)
 {
     static const QStringList texts{
         u"Enter a complete list of devices that are found on the PBX.  Trunks are not entered on all PBXs, please check installation notes before starting."_s,
@@ -34,7 +34,7 @@ QString PageTip(int page, const QString &productName)
     return Translate(QString(), texts.at(page), productName.toUpper());
 }
 
-const QList<ControlTip> &ControlTips()
+const QList<ControlTip> &controlTips()
 {
     static const QList<ControlTip> tips{
         {u"AutoDir"_s, u"QS001"_s, u"Select Auto create for <1> to 'learn' your extension numbers."_s},
@@ -108,7 +108,7 @@ const QList<ControlTip> &ControlTips()
     return tips;
 }
 
-QString ControlTipText(const ControlTip &tip, const QString &productName, const QString &systemType)
+QString controlTipText(const ControlTip &tip, const QString &productName, const QString &systemType)
 {
     const QString &fill = tip.control == u"AutoDir"_s ? systemType : productName;
     return Translate(tip.key, tip.text, fill);

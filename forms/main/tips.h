@@ -10,11 +10,11 @@
 
 namespace Tips {
 // The pages in tab order, as their tabs are captioned (untranslated).
-const QStringList &PageNames();
+const QStringList &pageNames();
 // The translated help text of page (0 = Directory .. 7 = Scripts); empty past the last page.
-QString PageTip(int page, const QString &productName);
+QString pageTip(int page, const QString &productName);
 // Every control's help text, in key order.
-const QList<ControlTip> &ControlTips();
+const QList<ControlTip> &controlTips();
 // The translated help text of one control.
-QString ControlTipText(const ControlTip &tip, const QString &productName, const QString &systemType);
+QString controlTipText(const ControlTip &tip, const QString &productName, const QString &systemType);
 } // namespace Tips

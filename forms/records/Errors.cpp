@@ -20,7 +20,7 @@ Errors::Errors(QWidget *parent) : QDialog(parent), m_ui(std::make_unique<Ui::Err
     TranslateWindow(this);
     connect(m_ui->Command1, &QPushButton::clicked, this,
             [this] { Guard(u" @ Errors.Command1_Click"_s, [this] { Command1_Click(); }); });
-    setText(ErrorLog::Tail());
+    setText(ErrorLog::tail());
 }
 
 Errors::~Errors() = default;

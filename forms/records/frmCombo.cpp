@@ -28,7 +28,7 @@ frmCombo::frmCombo(ServerLink &link, QWidget *parent)
 
 frmCombo::~frmCombo() = default;
 
-QStringList frmCombo::SplitChoices(const QString &choices)
+QStringList frmCombo::splitChoices(const QString &choices)
 {
     QStringList entries;
     QStringView rest(choices);
@@ -45,10 +45,10 @@ void frmCombo::DataArrived(const QString &Request)
     bool show = false;
     Guard(dataArrivedLabel, [&] {
         m_request = Request;
-        if (GetText(Request, u"Cmd"_s).toUpper() != u"SELECTONE"_s)
+        if (getText(Request, u"Cmd"_s).toUpper() != u"SELECTONE"_s)
             return;
         m_ui->List->clear();
-        m_ui->List->addItems(SplitChoices(GetText(Request, u"Choices"_s)));
+        m_ui->List->addItems(splitChoices(getText(Request, u"Choices"_s)));
         List_Click();
         show = true;
     });
@@ -67,7 +67,7 @@ void frmCombo::OK_Click()
     if (selected.isEmpty())
         return;
     // Plain entries: a choice must not hold "}".
-    const QString answer = u"{Ref="_s + GetText(m_request, u"Ref"_s) + u"}{Choice="_s + selected.first()->text() + u'}';
+    const QString answer = u"{Ref="_s + getText(m_request, u"Ref"_s) + u"}{Choice="_s + selected.first()->text() + u'}';
     accept();
     m_link.HandleCallback(answer);
 }

@@ -31,7 +31,7 @@ public:
 
     // The choices of a request's Choices text: split at each "~" until nothing is left, so a
     // trailing "~" adds no entry and "~~" adds an empty one.
-    static QStringList SplitChoices(const QString &choices);
+    static QStringList splitChoices(const QString &choices);
 
 private:
     ServerLink &m_link;

@@ -63,7 +63,7 @@ frmRouting::~frmRouting()
     m_link.setReceiver(u"ROUTING"_s, nullptr);
 }
 
-const QStringList &frmRouting::DayNames()
+const QStringList &frmRouting::dayNames()
 {
     static const QStringList names{u"Monday"_s, u"Tuesday"_s,  u"Wednesday"_s,     u"Thursday"_s,     u"Friday"_s,
                                    u"Saturday"_s, u"Sunday"_s, u"Weekdays only"_s, u"Weekends only"_s};
@@ -81,7 +81,7 @@ void frmRouting::Form_Load(const QStringList &addressBooks)
     m_ui->rAB->addItems(addressBooks);
     m_ui->rDay->clear();
     m_ui->rDay->addItem(QString()); // any day
-    for (const QString &day : DayNames())
+    for (const QString &day : dayNames())
         m_ui->rDay->addItem(Translate(day));
     // A new condition starts with no rule chosen.
     m_ui->rAB->setCurrentIndex(-1);
@@ -99,7 +99,7 @@ QString frmRouting::id() const
 
 bool frmRouting::isNew() const
 {
-    return LeadingNumber(id()) == -1;
+    return leadingNumber(id()) == -1;
 }
 
 void frmRouting::Tid_Change()
@@ -111,8 +111,8 @@ void frmRouting::Tid_Change()
 void frmRouting::DataArrived(const QString &, const QString &Message)
 {
     Guard(u"  @  frmRouting.DataArrived"_s, [&] {
-        m_options = GetText(Message, u"Options"_s);
-        m_ui->rName->setText(GetText(Message, u"Name"_s));
+        m_options = getText(Message, u"Options"_s);
+        m_ui->rName->setText(getText(Message, u"Name"_s));
         m_ui->rName->setCursorPosition(0);
         m_criteria.load(m_options);
     });
@@ -124,7 +124,7 @@ void frmRouting::OK_Click()
     // The order kept in the loaded criteria wins; the record's own Order is never read, so a
     // condition saved here without one goes after those listed, new or edited.
     QVariant order = GetVar(m_options, u"Order"_s);
-    if (TagValueText(order).isEmpty())
+    if (tagValueText(order).isEmpty())
         order = m_conditionCount + 1;
     m_options = m_criteria.record();
 

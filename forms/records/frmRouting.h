@@ -42,7 +42,7 @@ public:
     void Cancel_Click();
 
     // The weekday rules offered in rDay after its blank entry (untranslated).
-    static const QStringList &DayNames();
+    static const QStringList &dayNames();
 
 private:
     void Form_Load(const QStringList &addressBooks);

@@ -47,7 +47,7 @@ WindowResult frmScript::outcome() const
 void frmScript::Tid_Change()
 {
     const QString id = m_ui->Tid->text();
-    if (!id.isEmpty() && LeadingNumber(id) != -1)
+    if (!id.isEmpty() && leadingNumber(id) != -1)
         m_link.GetData(u"SCRIPT"_s, id);
 }
 
@@ -68,7 +68,7 @@ void frmScript::OK_Click()
     AddVar(message, u"Id"_s, id);
     m_link.SendCommand(message);
     // The list shows only the name, and a new script has no id yet: either way it reads its list again.
-    m_outcome = LeadingNumber(id) == -1 ? WindowResult::savedNew() : WindowResult::savedExisting(id, {});
+    m_outcome = leadingNumber(id) == -1 ? WindowResult::savedNew() : WindowResult::savedExisting(id, {});
     accept();
 }
 

@@ -35,14 +35,14 @@ EmbeddedServer::~EmbeddedServer()
     stop();
 }
 
-QString EmbeddedServer::DefaultDatabasePath()
+QString EmbeddedServer::defaultDatabasePath()
 {
     return QDir(QStandardPaths::writableLocation(QStandardPaths::AppDataLocation)).filePath(u"demo-site.sqlite"_s);
 }
 
 bool EmbeddedServer::start(QString *error)
 {
-    return start(DefaultDatabasePath(), error);
+    return start(defaultDatabasePath(), error);
 }
 
 bool EmbeddedServer::start(const QString &databaseFile, QString *error)

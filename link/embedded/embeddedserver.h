@@ -20,7 +20,7 @@ public:
     EmbeddedServer &operator=(const EmbeddedServer &) = delete;
 
     // "demo-site.sqlite" in QStandardPaths::AppDataLocation.
-    static QString DefaultDatabasePath();
+    static QString defaultDatabasePath();
 
     // Opens (and on first use seeds) the database and starts listening; returns once the server
     // accepts connections, or false with the reason.

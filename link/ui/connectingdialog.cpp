@@ -15,7 +15,7 @@ ConnectingDialog::ConnectingDialog(usrSession &session, QWidget *parent)
     : QDialog(parent), m_ui(std::make_unique<Ui::ConnectingDialog>()), m_session(session)
 {
     m_ui->setupUi(this);
-    setWindowTitle(ApplicationTitle());
+    setWindowTitle(applicationTitle());
     TranslateWindow(this);
     connect(m_ui->Retry, &QPushButton::clicked, this, [this] { choose(usrSession::ConnectChoice::Retry); });
     connect(m_ui->ChangeServer, &QPushButton::clicked, this,

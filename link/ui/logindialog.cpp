@@ -60,7 +60,7 @@ void LoginDialog::updateOkButton()
     m_ui->buttons->button(QDialogButtonBox::Ok)->setEnabled(complete);
 }
 
-bool PromptForCredentials(SessionCredentials &credentials, const QString &reason)
+bool promptForCredentials(SessionCredentials &credentials, const QString &reason)
 {
     LoginDialog dialog(QApplication::activeWindow());
     dialog.setCredentials(credentials);
@@ -77,7 +77,7 @@ bool PromptForCredentials(SessionCredentials &credentials, const QString &reason
     return true;
 }
 
-bool AskKeepTrying(const QString &reason)
+bool askKeepTrying(const QString &reason)
 {
     const QString text = reason.isEmpty() ? u"The server does not answer. Keep trying to connect?"_s
                                           : u"The server does not answer (<1>). Keep trying to connect?"_s;

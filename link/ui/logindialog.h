@@ -34,7 +34,7 @@ private:
 
 // Shows the log-in dialog over the active window; on OK updates credentials and returns true.
 // Fits usrSession::setCredentialsPrompt.
-bool PromptForCredentials(SessionCredentials &credentials, const QString &reason);
+bool promptForCredentials(SessionCredentials &credentials, const QString &reason);
 // Asks whether to go on trying to reach a server that does not answer; fits
 // usrSession::setKeepTryingQuestion.
-bool AskKeepTrying(const QString &reason);
+bool askKeepTrying(const QString &reason);

@@ -72,7 +72,7 @@ const ClassIndex &scannedClasses()
 {
     ScanCache &scan = cache();
     if (!scan.done) {
-        for (const QString &folder : PluginHost::SearchFolders())
+        for (const QString &folder : PluginHost::searchFolders())
             indexFolder(folder, scan.classes);
         scan.done = true;
     }
@@ -83,7 +83,7 @@ const ClassIndex &scannedClasses()
 
 namespace PluginHost {
 
-QList<std::pair<QString, QString>> InstalledPlugins()
+QList<std::pair<QString, QString>> installedPlugins()
 {
     QList<std::pair<QString, QString>> plugins;
     QSet<QString> seen;
@@ -100,7 +100,7 @@ QList<std::pair<QString, QString>> InstalledPlugins()
     return plugins;
 }
 
-QStringList SearchFolders()
+QStringList searchFolders()
 {
     QStringList folders;
     if (QCoreApplication::instance())
@@ -112,7 +112,7 @@ QStringList SearchFolders()
     return folders;
 }
 
-void ForgetScan()
+void forgetScan()
 {
     cache() = {};
 }

@@ -60,12 +60,12 @@ inline constexpr QStringView FormerOrganisationName = u"Pellam Software Ltd";
 inline constexpr QStringView PluginsGroup = u"Plugins";
 
 // The installed plug-ins as (type code, display name), in the order the settings give them.
-QList<std::pair<QString, QString>> InstalledPlugins();
+QList<std::pair<QString, QString>> installedPlugins();
 
 // The folders searched for plug-ins: "<appdir>/plugins", then every folder of QUILL_PLUGIN_PATH.
-QStringList SearchFolders();
+QStringList searchFolders();
 // Forgets the cached scan of the folders, so the next CreateObject looks again.
-void ForgetScan();
+void forgetScan();
 } // namespace PluginHost
 
 // Creates an object of className (case-insensitive, "plgCSV.Session") from the first plug-in whose

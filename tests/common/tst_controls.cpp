@@ -52,7 +52,7 @@ private slots:
         QVERIFY(m_scratch.enter());
     }
 
-    void init() { ErrorLog::Clear(); }
+    void init() { ErrorLog::clear(); }
 
     void listSearchMatchesStoredNumbersOrText_data()
     {
@@ -83,7 +83,7 @@ private slots:
         QCOMPARE(ListSearch(list, u"trans"_s, false), -1);
         QCOMPARE(ListSearch(list, u"trans"_s, true), 3);
         QCOMPARE(ListSearch(list, u"f"_s, true), 1); // the first match wins
-        QCOMPARE(ErrorLog::Tail(), u""_s);
+        QCOMPARE(ErrorLog::tail(), u""_s);
     }
 
     void listSearchOnSomethingElseLogsAndFindsNothing()
@@ -91,7 +91,7 @@ private slots:
         QLabel label;
         QCOMPARE(ListSearch(&label, u"x"_s, false), -1);
         QCOMPARE(ListSearch(nullptr, 5, false), -1);
-        const QStringList lines = ErrorLog::Tail().split(u'\n', Qt::SkipEmptyParts);
+        const QStringList lines = ErrorLog::tail().split(u'\n', Qt::SkipEmptyParts);
         QCOMPARE(lines.size(), 2);
         QVERIFY(
             lines[0].endsWith(u"Object doesn't support this property or method @ basGlobal.ListSearch"_s));
@@ -108,10 +108,10 @@ private slots:
         GetOption(&box, u""_s);
         QCOMPARE(box.checkState(), Qt::Unchecked);
         SetOption(vars, u"CanDial"_s, &box);
-        QCOMPARE(GetText(vars, u"CanDial"_s), u"0"_s); // a cleared box is stored, as "0"
+        QCOMPARE(getText(vars, u"CanDial"_s), u"0"_s); // a cleared box is stored, as "0"
         GetOption(&box, u"1"_s);
         SetOption(vars, u"CanDial"_s, &box);
-        QCOMPARE(GetText(vars, u"CanDial"_s), u"1"_s);
+        QCOMPARE(getText(vars, u"CanDial"_s), u"1"_s);
         QCOMPARE(Occur(vars, u"CanDial"_s), 1);
 
         // Mixed: greyed, and the record keeps what it had.
@@ -126,7 +126,7 @@ private slots:
         QTest::mouseClick(&box, Qt::LeftButton);
         QCOMPARE(box.checkState(), Qt::Checked);
         SetOption(untouched, u"CanDial"_s, &box);
-        QCOMPARE(GetText(untouched, u"CanDial"_s), u"1"_s);
+        QCOMPARE(getText(untouched, u"CanDial"_s), u"1"_s);
 
         // A box loaded with a real value never offers the greyed state to clicks.
         GetOption(&box, u"1"_s);
@@ -134,7 +134,7 @@ private slots:
         QCOMPARE(box.checkState(), Qt::Unchecked);
         QTest::mouseClick(&box, Qt::LeftButton);
         QCOMPARE(box.checkState(), Qt::Checked);
-        QCOMPARE(ErrorLog::Tail(), u""_s);
+        QCOMPARE(ErrorLog::tail(), u""_s);
     }
 
     void checkBoxRejectsValuesItCannotShow()
@@ -144,7 +144,7 @@ private slots:
         GetOption(&box, u"7"_s);
         GetOption(&box, u"-1"_s);
         QCOMPARE(box.checkState(), Qt::Checked);
-        const QStringList lines = ErrorLog::Tail().split(u'\n', Qt::SkipEmptyParts);
+        const QStringList lines = ErrorLog::tail().split(u'\n', Qt::SkipEmptyParts);
         QCOMPARE(lines.size(), 2);
         QVERIFY(lines[0].endsWith(u"Invalid property value  @  basTRConfig.GetOption"_s));
         // A field holding text reads as 0, as any numeric field does.
@@ -171,7 +171,7 @@ private slots:
         GetOption(list, u"transfer"_s);
         QString vars;
         SetOption(vars, u"btn2"_s, list);
-        QCOMPARE(GetText(vars, u"btn2"_s), u"Transfer"_s);
+        QCOMPARE(getText(vars, u"btn2"_s), u"Transfer"_s);
 
         // The text "5" names no entry: a button list never selects by number or beginning.
         GetOption(list, u"5"_s);
@@ -183,7 +183,7 @@ private slots:
         GetOption(list, MixedValue);
         SetOption(none, u"btn2"_s, list);
         QCOMPARE(none, u"{btn2=Answer}"_s);
-        QCOMPARE(ErrorLog::Tail(), u""_s);
+        QCOMPARE(ErrorLog::tail(), u""_s);
     }
 
     void otherListsCarryTheSelectedIndex()
@@ -196,20 +196,20 @@ private slots:
         QCOMPARE(combo.currentText(), u"Answer"_s);
         QString vars;
         SetOption(vars, u"Mode"_s, &combo);
-        QCOMPARE(GetText(vars, u"Mode"_s), u"2"_s);
+        QCOMPARE(getText(vars, u"Mode"_s), u"2"_s);
         GetOption(&combo, u""_s);
         SetOption(vars, u"Mode"_s, &combo);
-        QCOMPARE(GetText(vars, u"Mode"_s), u"0"_s);
+        QCOMPARE(getText(vars, u"Mode"_s), u"0"_s);
 
         GetOption(&combo, MixedValue);
         QCOMPARE(combo.currentIndex(), -1);
         SetOption(vars, u"Mode"_s, &combo);
-        QCOMPARE(GetText(vars, u"Mode"_s), u"0"_s);
+        QCOMPARE(getText(vars, u"Mode"_s), u"0"_s);
 
         GetOption(&combo, u"1"_s);
         GetOption(&combo, u"9"_s); // past the end: logged, selection kept
         QCOMPARE(combo.currentIndex(), 1);
-        QVERIFY(ErrorLog::Tail().endsWith(u"Invalid property value  @  basTRConfig.GetOption\n"_s));
+        QVERIFY(ErrorLog::tail().endsWith(u"Invalid property value  @  basTRConfig.GetOption\n"_s));
     }
 
     void optionGroupsCarryTheCheckedButtonId()
@@ -223,29 +223,29 @@ private slots:
         QCOMPARE(group.checkedId(), 2);
         QString vars;
         SetOption(vars, u"Ring"_s, &group);
-        QCOMPARE(GetText(vars, u"Ring"_s), u"2"_s);
+        QCOMPARE(getText(vars, u"Ring"_s), u"2"_s);
         GetOption(&group, u"0"_s);
         SetOption(vars, u"Ring"_s, &group);
-        QCOMPARE(GetText(vars, u"Ring"_s), u"0"_s);
+        QCOMPARE(getText(vars, u"Ring"_s), u"0"_s);
 
         GetOption(&group, MixedValue);
         QCOMPARE(group.checkedId(), -1);
         QVERIFY(group.exclusive());
         SetOption(vars, u"Ring"_s, &group);
-        QCOMPARE(GetText(vars, u"Ring"_s), u"0"_s);
+        QCOMPARE(getText(vars, u"Ring"_s), u"0"_s);
     }
 
     void textSourcesSkipOnlyTheMixedValue()
     {
         QString vars = u"{Dept(S5)=Sales}{Ext(S3)=201}"_s;
         SetOption(vars, u"Dept"_s, MixedValue);
-        QCOMPARE(GetText(vars, u"Dept"_s), u"Sales"_s);
+        QCOMPARE(getText(vars, u"Dept"_s), u"Sales"_s);
         SetOption(vars, u"Dept"_s, u"Support"_s);
-        QCOMPARE(GetText(vars, u"Dept"_s), u"Support"_s);
+        QCOMPARE(getText(vars, u"Dept"_s), u"Support"_s);
         SetOption(vars, u"Dept"_s, u""_s); // an emptied field is removed, not stored empty
         QCOMPARE(vars, u"{Ext(S3)=201}"_s);
         SetOption(vars, u"Dept"_s, u"  "_s); // two blanks are a value, not the mixed marker
-        QCOMPARE(GetText(vars, u"Dept"_s), u"  "_s);
+        QCOMPARE(getText(vars, u"Dept"_s), u"  "_s);
     }
 
     void unsupportedControlsAreLoggedAndTheFormGoesOn()
@@ -257,7 +257,7 @@ private slots:
         GetOption(static_cast<QWidget *>(nullptr), u"1"_s);
         SetOption(vars, u"A"_s, static_cast<const QWidget *>(nullptr));
         QCOMPARE(vars, u"{A=1}"_s);
-        const QStringList lines = ErrorLog::Tail().split(u'\n', Qt::SkipEmptyParts);
+        const QStringList lines = ErrorLog::tail().split(u'\n', Qt::SkipEmptyParts);
         QCOMPARE(lines.size(), 4);
         QVERIFY(
             lines[0].endsWith(u"Object doesn't support this property or method  @  basTRConfig.GetOption"_s));

@@ -49,7 +49,7 @@ class FormLayerTest : public QObject
 
 private slots:
     void initTestCase() { QVERIFY(m_scratch.enter()); }
-    void init() { ErrorLog::Clear(); }
+    void init() { ErrorLog::clear(); }
 
     void aRecordGoesBackAsTheControlsShowIt_data()
     {
@@ -73,7 +73,7 @@ private slots:
         Window window;
         window.form.load(loaded);
         QCOMPARE(window.form.record(), saved);
-        QCOMPARE(ErrorLog::Tail(), QString());
+        QCOMPARE(ErrorLog::tail(), QString());
     }
 
     // A record assembled from several pages: the pages' fields in the given order, then every tag
@@ -142,7 +142,7 @@ private slots:
         QTest::keyClick(&list, Qt::Key_Delete); // a disabled button is not pressed by its key
         QTest::mouseClick(row.button(0), Qt::LeftButton);
         QCOMPARE(pressed, (QStringList{u"1"_s, u"2"_s, u"0"_s}));
-        QVERIFY(ErrorLog::Tail().trimmed().endsWith(u"Overflow @ frmMain.SButton_Click"_s));
+        QVERIFY(ErrorLog::tail().trimmed().endsWith(u"Overflow @ frmMain.SButton_Click"_s));
 
         // A guarded handler takes as many of the signal's arguments as it wants.
         QLineEdit edit;
@@ -153,7 +153,7 @@ private slots:
         });
         edit.setText(u"7"_s);
         QCOMPARE(seen, u"7"_s);
-        QVERIFY(ErrorLog::Tail().trimmed().endsWith(u"Type mismatch @ frmScript.Tid_Change"_s));
+        QVERIFY(ErrorLog::tail().trimmed().endsWith(u"Type mismatch @ frmScript.Tid_Change"_s));
     }
 };
 

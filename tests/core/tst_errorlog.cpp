@@ -47,16 +47,16 @@ private slots:
 
     void init()
     {
-        ErrorLog::SetPath(m_log);
-        ErrorLog::SetApplicationName(u"QSConfig"_s);
-        ErrorLog::Clear();
+        ErrorLog::setPath(m_log);
+        ErrorLog::setApplicationName(u"QSConfig"_s);
+        ErrorLog::clear();
     }
 
     void lineHoldsNameDateTimeAndMessage()
     {
         QDateTime before = QDateTime::currentDateTime();
         before = before.addMSecs(-before.time().msec()); // the line holds whole seconds
-        ErrorLog::Write(u"Overflow @ basGlobal.AddVar"_s);
+        ErrorLog::write(u"Overflow @ basGlobal.AddVar"_s);
         const QDateTime after = QDateTime::currentDateTime();
 
         const QString content = QString::fromUtf8(readAll(m_log));
@@ -68,8 +68,8 @@ private slots:
         QVERIFY2(written >= before && written <= after, qPrintable(match.captured(1)));
 
         // By default the name is the executable's.
-        ErrorLog::SetApplicationName({});
-        ErrorLog::Write(u"Second"_s);
+        ErrorLog::setApplicationName({});
+        ErrorLog::write(u"Second"_s);
         const QStringList lines = QString::fromUtf8(readAll(m_log)).split(u'\n', Qt::SkipEmptyParts);
         QCOMPARE(lines.size(), 2);
         QVERIFY2(lines[1].startsWith(u"tst_errorlog - "_s) && lines[1].endsWith(u"    @ Second"_s),
@@ -79,14 +79,14 @@ private slots:
     void logStartsAgainAtOneMillionBytes()
     {
         writeFile(m_log, QByteArray(ErrorLog::MaxBytes, 'x'));
-        ErrorLog::Write(u"After the limit"_s);
+        ErrorLog::write(u"After the limit"_s);
         const QByteArray restarted = readAll(m_log);
         QVERIFY(restarted.startsWith("QSConfig - "));
         QVERIFY(restarted.endsWith(" @ After the limit\n"));
         QCOMPARE(restarted.count('\n'), 1);
 
         writeFile(m_log, QByteArray(ErrorLog::MaxBytes - 1, 'x'));
-        ErrorLog::Write(u"Just below"_s);
+        ErrorLog::write(u"Just below"_s);
         const QByteArray appended = readAll(m_log);
         QVERIFY(appended.size() > ErrorLog::MaxBytes);
         QCOMPARE(appended.left(ErrorLog::MaxBytes - 1), QByteArray(ErrorLog::MaxBytes - 1, 'x'));
@@ -96,8 +96,8 @@ private slots:
 
     void expectedFaultsAreNotLogged()
     {
-        ErrorLog::Write(u"Form cannot be created because its designer window is open. @ frmMain.Load"_s);
-        ErrorLog::Write(u"Address Family is not supported by protocol @ frmMain.Sess_SessionEvent: "_s);
+        ErrorLog::write(u"Form cannot be created because its designer window is open. @ frmMain.Load"_s);
+        ErrorLog::write(u"Address Family is not supported by protocol @ frmMain.Sess_SessionEvent: "_s);
         QVERIFY(!QFile::exists(m_log));
 
         QVERIFY(!Guard(u" @ frmMain.Sess_SessionEvent: "_s,
@@ -105,7 +105,7 @@ private slots:
         QVERIFY(!QFile::exists(m_log));
 
         // Near misses are ordinary faults.
-        ErrorLog::Write(u"address family is not supported"_s);
+        ErrorLog::write(u"address family is not supported"_s);
         QCOMPARE(readAll(m_log).count('\n'), 1);
     }
 
@@ -115,10 +115,10 @@ private slots:
         writeFile(notAFolder, "x");
         const QStringList unwritable = {notAFolder + u"/tamsel.log"_s, m_scratch.path()};
         for (const QString &path : unwritable) {
-            ErrorLog::SetPath(path);
-            ErrorLog::Write(u"Disk trouble"_s);
+            ErrorLog::setPath(path);
+            ErrorLog::write(u"Disk trouble"_s);
             QVERIFY(!Guard(u" @ basGlobal.AddVar"_s, [] { throw Fault(u"Overflow"_s); }));
-            QCOMPARE(ErrorLog::Tail(), u""_s);
+            QCOMPARE(ErrorLog::tail(), u""_s);
         }
         QCOMPARE(readAll(notAFolder), QByteArray("x"));
     }
@@ -148,32 +148,32 @@ private slots:
 
     void tailShowsWholeLastLinesAndClearEmpties()
     {
-        ErrorLog::SetApplicationName(u"Q"_s);
+        ErrorLog::setApplicationName(u"Q"_s);
         for (const QString &message : {u"one"_s, u"two"_s, u"three"_s})
-            ErrorLog::Write(message);
-        const QString all = ErrorLog::Tail();
+            ErrorLog::write(message);
+        const QString all = ErrorLog::tail();
         const QStringList lines = all.split(u'\n', Qt::SkipEmptyParts);
         QCOMPARE(lines.size(), 3);
 
         const QString lastTwo = lines[1] + u'\n' + lines[2] + u'\n';
-        QCOMPARE(ErrorLog::Tail(lastTwo.toUtf8().size()), lastTwo);     // cut exactly at a line
-        QCOMPARE(ErrorLog::Tail(lastTwo.toUtf8().size() + 5), lastTwo); // cut inside a line
-        QCOMPARE(ErrorLog::Tail(lastTwo.toUtf8().size() - 1), lines[2] + u'\n');
+        QCOMPARE(ErrorLog::tail(lastTwo.toUtf8().size()), lastTwo);     // cut exactly at a line
+        QCOMPARE(ErrorLog::tail(lastTwo.toUtf8().size() + 5), lastTwo); // cut inside a line
+        QCOMPARE(ErrorLog::tail(lastTwo.toUtf8().size() - 1), lines[2] + u'\n');
 
-        ErrorLog::Clear();
-        QCOMPARE(ErrorLog::Tail(), u""_s);
-        ErrorLog::Write(u"fresh"_s);
-        QCOMPARE(ErrorLog::Tail().count(u'\n'), 1);
+        ErrorLog::clear();
+        QCOMPARE(ErrorLog::tail(), u""_s);
+        ErrorLog::write(u"fresh"_s);
+        QCOMPARE(ErrorLog::tail().count(u'\n'), 1);
     }
 
     void defaultLogLivesInTheUsersDataFolder()
     {
-        ErrorLog::SetPath({});
+        ErrorLog::setPath({});
         const QString dataFolder = QStandardPaths::writableLocation(QStandardPaths::AppDataLocation);
-        QCOMPARE(ErrorLog::Path(), QDir(dataFolder).filePath(u"tamsel.log"_s));
-        ErrorLog::Write(u"first line in a new folder"_s);
-        QVERIFY(ErrorLog::Tail().endsWith(u" @ first line in a new folder\n"_s));
-        ErrorLog::Clear();
+        QCOMPARE(ErrorLog::path(), QDir(dataFolder).filePath(u"tamsel.log"_s));
+        ErrorLog::write(u"first line in a new folder"_s);
+        QVERIFY(ErrorLog::tail().endsWith(u" @ first line in a new folder\n"_s));
+        ErrorLog::clear();
     }
 
 private:

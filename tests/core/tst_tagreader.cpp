@@ -202,7 +202,7 @@ const QString afterView = u"}{Id(S3)=out}{Ext=out}{List1(S3)=out}"_s;
 
 // Every read of the reader, by name and by number, against GetVar's on the same string, for a
 // reader of the string and for one that reads it in place inside a longer text; and GetVar,
-// SplitEntries and LeadingNumber give back no more than the string holds.
+// splitEntries and leadingNumber give back no more than the string holds.
 void checkReads(const QString &vars, Generator &generator)
 {
     const auto failed = [&vars](const QString &what) {
@@ -215,10 +215,10 @@ void checkReads(const QString &vars, Generator &generator)
     const QVariant fallback = u"<none>"_s;
     for (const QString &name : namesToRead(vars, generator)) {
         const QVariant expected = GetVar(vars, name, fallback);
-        const TagValue::EntryRef ref = TagValue::FindEntry(vars, name);
+        const TagValue::EntryRef ref = TagValue::findEntry(vars, name);
         if (!isSaneRead(vars, ref.found(), expected, fallback))
             return failed(u"GetVar of \"%1\" gave \"%2\""_s.arg(name, expected.toString()));
-        const QString text = GetText(vars, name, fallback.toString());
+        const QString text = getText(vars, name, fallback.toString());
         const double number = GetVar(vars, name).toDouble();
         for (const TagReader *read : readers) {
             const QVariant actual = read->value(name, fallback);
@@ -232,7 +232,7 @@ void checkReads(const QString &vars, Generator &generator)
         }
     }
 
-    const QList<TagEntry> entries = SplitEntries(vars);
+    const QList<TagEntry> entries = splitEntries(vars);
     if (entries.size() > vars.count(u'{'))
         return failed(u"more entries than braces"_s);
     for (const TagEntry &entry : entries) {
@@ -260,7 +260,7 @@ void checkReads(const QString &vars, Generator &generator)
 
     for (qsizetype at = 0; at < vars.size(); at += 3) {
         qsizetype consumed = -1;
-        const double number = LeadingNumber(QStringView(vars).mid(at), &consumed);
+        const double number = leadingNumber(QStringView(vars).mid(at), &consumed);
         if (!std::isfinite(number) || consumed < 0 || consumed > vars.size() - at ||
             (consumed == 0 && number != 0))
             return failed(u"leading number at %1 gave %2 using %3"_s.arg(
@@ -279,14 +279,14 @@ void checkWrite(const QString &vars, const QString &name, const QVariant &value,
         QVERIFY2(result == (vars.startsWith(u"{(S0)=}"_s) ? vars.mid(7) : vars), qPrintable(context));
         return;
     }
-    const QString text = TagValueText(value);
+    const QString text = tagValueText(value);
     const bool appends = !text.isEmpty() || keepEmpty;
-    const QString entry = appends ? u'{' + name + u'(' + TagTypeLetter(value) + QString::number(text.size()) +
+    const QString entry = appends ? u'{' + name + u'(' + tagTypeLetter(value) + QString::number(text.size()) +
                                         u")="_s + text + u'}'
                                   : QString();
     QVERIFY2(result.endsWith(entry), qPrintable(context));
     const QString rest = result.chopped(entry.size());
-    const TagValue::EntryRef old = TagValue::FindEntry(vars, name);
+    const TagValue::EntryRef old = TagValue::findEntry(vars, name);
     if (!old.found()) {
         QVERIFY2(rest == vars, qPrintable(context));
     } else {
@@ -297,14 +297,14 @@ void checkWrite(const QString &vars, const QString &name, const QVariant &value,
     if (!appends || name.contains(u'{') || name.contains(u'}') || name.contains(u'(') || name.contains(u'='))
         return;
     const QVariant back = GetVar(entry, name);
-    if (TagTypeLetter(value) == u'N')
+    if (tagTypeLetter(value) == u'N')
         QVERIFY2(!std::isfinite(value.toDouble()) || back.toDouble() == value.toDouble(),
                  qPrintable(context));
     else
-        QVERIFY2(TagValueText(back) == text, qPrintable(context));
-    const QList<TagEntry> split = SplitEntries(entry);
+        QVERIFY2(tagValueText(back) == text, qPrintable(context));
+    const QList<TagEntry> split = splitEntries(entry);
     QVERIFY2(split.size() == 1 && split.first().name == name && split.first().value == text &&
-                 split.first().type == TagTypeLetter(value),
+                 split.first().type == tagTypeLetter(value),
              qPrintable(context));
 }
 
@@ -327,7 +327,7 @@ QStringList literalListLoop(const QString &reply)
     QStringList rows;
     const int count = int(GetVar(reply, u"ListCount"_s).toDouble());
     for (int i = 1; i <= count; ++i)
-        rows << GetText(reply, u"List"_s + QString::number(i));
+        rows << getText(reply, u"List"_s + QString::number(i));
     return rows;
 }
 
@@ -389,7 +389,7 @@ private slots:
             u"{ListCount=8}{List1(N3)=1.0}{LIST2(S1)=b}{List3=plain}{List4(D19)=2024-05-06T07:08:09}"
             "{List01(S1)=x}{List5(S13)={List6(S1)=n}}{List6(S1)=f}{X(S13)={List3(S1)=s}}"
             "{L\u0130ST7(S1)=g}{List8(S3)=end}{List8(S3)=two}{LISTCOUNT=2}"_s;
-        QCOMPARE(ReadList(tricky), (QStringList{u"1"_s, u"b"_s, u"s"_s, u"2024-05-06T07:08:09"_s,
+        QCOMPARE(readList(tricky), (QStringList{u"1"_s, u"b"_s, u"s"_s, u"2024-05-06T07:08:09"_s,
                                                 u"{List6(S1)=n}"_s, u"n"_s, QString(), u"end"_s}));
 
         // A big reply, rows last first (so the first met lie far beyond the braces read so far),
@@ -408,14 +408,14 @@ private slots:
             big += entry;
         }
         big += u"{List1501(S1)=z}{List2000=y}"_s;
-        const QStringList bigRows = ReadList(big);
+        const QStringList bigRows = readList(big);
         QCOMPARE(bigRows.size(), 1500);
         QCOMPARE(bigRows.at(40), u"note"_s);
 
         for (const QString &reply :
              {tricky, big, u"{Ref(S9)=MAIN-EXTS}{ListCount(N1)=0}"_s, u"{Ref(S9)=MAIN-EXTS}"_s,
               u"{ListCount=2}{List2=b}{List1=a}"_s, u"{ListCount(N1)=3}{List1(S1)=a}{List3(S1)=c}"_s})
-            QCOMPARE(ReadList(reply), literalListLoop(reply));
+            QCOMPARE(readList(reply), literalListLoop(reply));
         Generator generator(99);
         for (int round = 0; round < 100; ++round) {
             QString generated = u"{Ref(S9)=MAIN-EXTS}"_s;
@@ -426,7 +426,7 @@ private slots:
                     AddVar(generated, u"List"_s + QString::number(generator.chance(5) ? i + 1 : i),
                            generator.record(1));
             }
-            QCOMPARE(ReadList(generated), literalListLoop(generated));
+            QCOMPARE(readList(generated), literalListLoop(generated));
         }
 
         // A count far beyond the braces of the reply gives one empty row per brace at most.
@@ -468,8 +468,8 @@ private slots:
     void cleanupTestCase()
     {
         // Nothing above may have thrown inside AddVar or GetVar: the guard would have logged it.
-        QFile log(ErrorLog::Path());
-        QVERIFY2(!log.exists() || log.size() == 0, qPrintable(ErrorLog::Tail()));
+        QFile log(ErrorLog::path());
+        QVERIFY2(!log.exists() || log.size() == 0, qPrintable(ErrorLog::tail()));
     }
 
 private:

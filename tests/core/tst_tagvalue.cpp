@@ -148,7 +148,7 @@ private slots:
             QCOMPARE(read, expected);
             QCOMPARE(read.typeId(), expected.typeId());
         }
-        QCOMPARE(reader.text(name, none.toString()), GetText(vars, name, none.toString()));
+        QCOMPARE(reader.text(name, none.toString()), getText(vars, name, none.toString()));
         QCOMPARE(reader.number(name), GetVar(vars, name).toDouble());
         if (expected == none)
             QVERIFY(!GetVar(vars, name).isValid());
@@ -167,7 +167,7 @@ private slots:
         // clang-format on
         for (const auto &[sent, shown] : texts) {
             const QString vars = u"{Id(N%1)=%2}"_s.arg(sent.size()).arg(sent);
-            QCOMPARE(GetText(vars, u"Id"_s), shown);
+            QCOMPARE(getText(vars, u"Id"_s), shown);
             QCOMPARE(TagReader(vars).text(u"id"), shown);
         }
     }
@@ -201,7 +201,7 @@ private slots:
     void splitsTopLevelEntries()
     {
         const QList<TagEntry> entries =
-            SplitEntries(u"{Cmd=SetFields}{Fields(S16)={Name(S5)=Daily}}{Id(N1)=7}"_s);
+            splitEntries(u"{Cmd=SetFields}{Fields(S16)={Name(S5)=Daily}}{Id(N1)=7}"_s);
         QCOMPARE(entries.size(), 3);
         QCOMPARE(entries[0].name, u"Cmd"_s);
         QCOMPARE(entries[0].value, u"SetFields"_s);
@@ -232,7 +232,7 @@ private slots:
         };
         for (const auto &c : cases) {
             qsizetype consumed = -1;
-            QCOMPARE(LeadingNumber(c.text, &consumed), c.value);
+            QCOMPARE(leadingNumber(c.text, &consumed), c.value);
             QCOMPARE(consumed, c.consumed);
         }
     }
@@ -245,7 +245,7 @@ private slots:
         if (!useCommaLocale())
             QSKIP("no locale with a decimal comma can be set up here");
         const QVariant count = GetVar(u"{Count(N4)=12.5}"_s, u"Count"_s);
-        const double number = LeadingNumber(u"3.25e1");
+        const double number = leadingNumber(u"3.25e1");
         std::setlocale(LC_NUMERIC, previous.constData());
         QCOMPARE(count, QVariant(12.5));
         QCOMPARE(number, 32.5);

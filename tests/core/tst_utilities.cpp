@@ -80,10 +80,10 @@ private slots:
 
         const QString entries = RegistryListEntries(settings, u"Plugins"_s);
         QCOMPARE(settings.group(), u""_s); // the caller's place in the settings is kept
-        QCOMPARE(GetText(entries, u"CSV"_s), u"CSV address book"_s);
-        QCOMPARE(GetText(entries, u"LDAP"_s), u"Directory"_s);
-        QCOMPARE(GetText(entries, u"Cut"_s), u"Outlook"_s);
-        QCOMPARE(GetText(entries, QString(102, u'n')), QString(1002, u'd')); // names and data are cut
+        QCOMPARE(getText(entries, u"CSV"_s), u"CSV address book"_s);
+        QCOMPARE(getText(entries, u"LDAP"_s), u"Directory"_s);
+        QCOMPARE(getText(entries, u"Cut"_s), u"Outlook"_s);
+        QCOMPARE(getText(entries, QString(102, u'n')), QString(1002, u'd')); // names and data are cut
         QCOMPARE(GetVar(entries, 5), QVariant());
         QVERIFY(!entries.contains(u"Ignored"_s));
         QVERIFY(!entries.contains(u"elsewhere"_s));

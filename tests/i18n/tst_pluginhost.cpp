@@ -21,7 +21,7 @@ private:
     static void usePluginPath(const QString &path)
     {
         qputenv("QUILL_PLUGIN_PATH", path.toUtf8());
-        PluginHost::ForgetScan();
+        PluginHost::forgetScan();
     }
 
 private slots:
@@ -41,7 +41,7 @@ private slots:
         QVERIFY(userBook);
         QCOMPARE(userBook->Configure(u"User"_s, u"{Book=Sales}"_s, &window),
                  u"{Book=Sales}{Level=User}{Owner=frmConfig}"_s);
-        QCOMPARE(GetText(userBook->Configure(u"Action"_s, u"{Book=Sales}"_s, &window), u"Result"_s), u"FAIL"_s);
+        QCOMPARE(getText(userBook->Configure(u"Action"_s, u"{Book=Sales}"_s, &window), u"Result"_s), u"FAIL"_s);
 
         // Class names are matched without regard to case, and a second class of the same plug-in
         // is a different object.
@@ -88,7 +88,7 @@ private slots:
         }
         const QList<std::pair<QString, QString>> expected{{u"CSV"_s, u"Comma separated file"_s},
                                                           {u"ODBC"_s, u"ODBC database"_s}};
-        QCOMPARE(PluginHost::InstalledPlugins(), expected);
+        QCOMPARE(PluginHost::installedPlugins(), expected);
 
         // Plug-ins installed under the company's former name are offered too, after the current
         // ones; a code listed under both keeps the current entry.
@@ -99,7 +99,7 @@ private slots:
         }
         const QList<std::pair<QString, QString>> both = expected + QList<std::pair<QString, QString>>{
                                                                        {u"LDAP"_s, u"Directory server"_s}};
-        QCOMPARE(PluginHost::InstalledPlugins(), both);
+        QCOMPARE(PluginHost::installedPlugins(), both);
     }
 };
 

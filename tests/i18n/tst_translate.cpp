@@ -45,7 +45,7 @@ private:
     static void usePluginPath(const QString &path)
     {
         qputenv("QUILL_PLUGIN_PATH", path.toUtf8());
-        PluginHost::ForgetScan();
+        PluginHost::forgetScan();
     }
 
 private slots:
@@ -57,7 +57,7 @@ private slots:
 
     void init()
     {
-        SetTranslator(nullptr);
+        setTranslator(nullptr);
         QFile::remove(m_log);
     }
 
@@ -103,7 +103,7 @@ private slots:
     {
         usePluginPath(QStringLiteral(QUILL_TEST_PLUGIN_DIR));
         QVERIFY(TranslateLoad(u"QSConfig"_s));
-        QVERIFY(Translator());
+        QVERIFY(translator());
 
         QCOMPARE(Translate(u"Extension"_s), u"Nebenstelle"_s);
         QCOMPARE(Translate(u""_s, u"<1> configuration"_s, u"QuillServer"_s),
@@ -127,30 +127,30 @@ private slots:
         usePluginPath(QStringLiteral(QUILL_TEST_PLUGIN_DIR));
         QVERIFY(TranslateLoad(u"QSConfig"_s));
         QVERIFY(!TranslateLoad(u"QSPhone"_s));
-        QVERIFY(!Translator());
+        QVERIFY(!translator());
         QCOMPARE(Translate(u"Extension"_s), u"Extension"_s);
         QCOMPARE(TranslatePlural(2, u"day"_s), u"2 days"_s);
 
         // No translator to be found.
         usePluginPath(m_scratch.filePath(u"no-plugins-here"_s));
         QVERIFY(!TranslateLoad(u"QSConfig"_s));
-        QVERIFY(!Translator());
+        QVERIFY(!translator());
         QCOMPARE(Translate(u""_s, u"<1> configuration"_s, u"QuillServer"_s), u"QuillServer configuration"_s);
         QVERIFY(!QFile::exists(m_log));
 
         // A translator that goes away.
         auto *failing = new FailingTranslator;
-        SetTranslator(failing);
+        setTranslator(failing);
         delete failing;
-        QVERIFY(!Translator());
+        QVERIFY(!translator());
         QCOMPARE(Translate(u"Extension"_s), u"Extension"_s);
     }
 
     void aFailingTranslatorIsLoggedAndTheTextStaysEnglish()
     {
         FailingTranslator failing;
-        SetTranslator(&failing);
-        QCOMPARE(Translator(), &failing);
+        setTranslator(&failing);
+        QCOMPARE(translator(), &failing);
         QCOMPARE(Translate(QString(), u"<1> configuration"_s, u"QuillServer"_s),
                  u"QuillServer configuration"_s);
         QCOMPARE(TranslatePlural(2, u"company"_s), u"2 companies"_s);
@@ -159,8 +159,8 @@ private slots:
 
         // An object that is no translator is not used as one.
         QObject notATranslator;
-        SetTranslator(&notATranslator);
-        QVERIFY(!Translator());
+        setTranslator(&notATranslator);
+        QVERIFY(!translator());
     }
 };
 

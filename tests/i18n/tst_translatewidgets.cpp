@@ -75,7 +75,7 @@ private:
     static void loadTestTranslator()
     {
         qputenv("QUILL_PLUGIN_PATH", QUILL_TEST_PLUGIN_DIR);
-        PluginHost::ForgetScan();
+        PluginHost::forgetScan();
         QVERIFY(TranslateLoad(u"QSConfig"_s));
     }
 
@@ -89,7 +89,7 @@ private:
 
     static void prepare(bool translated)
     {
-        SetTranslator(nullptr);
+        setTranslator(nullptr);
         if (translated)
             loadTestTranslator();
     }
@@ -103,9 +103,9 @@ private slots:
 
     void cleanup()
     {
-        SetTranslator(nullptr);
-        SetMsgBoxAnswer({});
-        SetApplicationTitle(QString());
+        setTranslator(nullptr);
+        setMsgBoxAnswer({});
+        setApplicationTitle(QString());
     }
 
     // A window's texts, grid and list headings and tab captions: one pass of each helper.
@@ -178,7 +178,7 @@ private slots:
     {
         QFile::remove(m_log);
         FailingWindowTranslator failing;
-        SetTranslator(&failing);
+        setTranslator(&failing);
         SampleWindow sample;
         TranslateWindow(&sample.window);
         QCOMPARE(sample.label->text(), u"Name"_s);
@@ -195,7 +195,7 @@ private slots:
         QString shownTitle;
         QString shownText;
         QMessageBox::StandardButtons shownButtons;
-        SetMsgBoxAnswer([&](const QString &title, const QString &text, QMessageBox::StandardButtons buttons) {
+        setMsgBoxAnswer([&](const QString &title, const QString &text, QMessageBox::StandardButtons buttons) {
             shownTitle = title;
             shownText = text;
             shownButtons = buttons;
@@ -211,7 +211,7 @@ private slots:
         QCOMPARE(shownButtons, QMessageBox::Yes | QMessageBox::No);
 
         // Start-up's product name is the title from then on; a title of the caller's own is kept.
-        SetApplicationTitle(u"Halyard"_s);
+        setApplicationTitle(u"Halyard"_s);
         TranslateMsgBox(u"Saved."_s);
         QCOMPARE(shownTitle, u"Halyard"_s);
         QCOMPARE(shownButtons, QMessageBox::Ok);
@@ -233,7 +233,7 @@ private slots:
             QTest::mouseClick(box->button(QMessageBox::Retry), Qt::LeftButton);
         });
         answer.start();
-        SetApplicationTitle(u"QuillServer"_s);
+        setApplicationTitle(u"QuillServer"_s);
         const auto pressed = TranslateMsgBox(u"Could not reach <1>."_s,
                                              QMessageBox::Retry | QMessageBox::Cancel, u"server1"_s);
         QCOMPARE(pressed, QMessageBox::Retry);

@@ -130,11 +130,11 @@ private slots:
         QSettings settings(u"Tamsel Telecom Ltd"_s, u"QuillConfig"_s);
         QVERIFY(settings.fileName().contains(u"qttest"_s)); // never the user's own settings
         settings.clear();
-        QVERIFY(!usrSession::ServerConfigured(QString()));
-        QVERIFY(usrSession::ServerConfigured(u"--server 10.0.0.5:4510"_s));
+        QVERIFY(!usrSession::serverConfigured(QString()));
+        QVERIFY(usrSession::serverConfigured(u"--server 10.0.0.5:4510"_s));
 
         const SessionOptions options =
-            SessionOptions::Parse(u"--demo --server=pbx.example:4510 --user \"Jo Smith\" --ca /etc/quill/ca.pem"_s);
+            SessionOptions::parse(u"--demo --server=pbx.example:4510 --user \"Jo Smith\" --ca /etc/quill/ca.pem"_s);
         QCOMPARE(options.server, QUrl(u"ws://pbx.example:4510"_s));
         QCOMPARE(options.user, u"Jo Smith"_s);
         QVERIFY(options.demo);
@@ -144,7 +144,7 @@ private slots:
         settings.setValue(u"Session/Server"_s, m_server->url().toString());
         settings.setValue(u"Session/User"_s, u"saved-user"_s);
         settings.sync();
-        QVERIFY(usrSession::ServerConfigured(QString()));
+        QVERIFY(usrSession::serverConfigured(QString()));
         QList<SessionCredentials> offered;
         m_session->setCredentialsPrompt([&](SessionCredentials &credentials, const QString &) {
             offered << credentials;

@@ -165,34 +165,34 @@ private slots:
         const QStringList halyard = {u"hlconfig"_s, u"HLCONFIG"_s, u"/opt/tools/HlConfig"_s,
                                      u"C:\\Tools\\HLCONFIG.EXE"_s, u"hlconfig.exe"_s};
         for (const QString &path : halyard)
-            QCOMPARE(Startup::ProductName(path), u"Halyard"_s);
+            QCOMPARE(Startup::productName(path), u"Halyard"_s);
         const QStringList quill = {u"HLCONFIG2"_s,     u"hlconfig2.exe"_s, u"xhlconfig"_s,
                                    u"/usr/bin/quillconfig"_s, u"/hlconfig/quillconfig"_s, QString()};
         for (const QString &path : quill)
-            QCOMPARE(Startup::ProductName(path), u"QuillServer"_s);
+            QCOMPARE(Startup::productName(path), u"QuillServer"_s);
 
-        QCOMPARE(Startup::ApplicationTitle(u"QuillServer"_s), u"QuillServer Configuration"_s);
-        QCOMPARE(Startup::ApplicationTitle(u"Halyard"_s), u"Halyard Configuration"_s);
-        QCOMPARE(Startup::WindowTitle(u"Halyard"_s), u"Halyard configuration"_s); // no translator: English
+        QCOMPARE(Startup::applicationTitle(u"QuillServer"_s), u"QuillServer Configuration"_s);
+        QCOMPARE(Startup::applicationTitle(u"Halyard"_s), u"Halyard Configuration"_s);
+        QCOMPARE(Startup::windowTitle(u"Halyard"_s), u"Halyard configuration"_s); // no translator: English
     }
 
     void onlyOneCopyRunsAtATime()
     {
         const QString path = m_scratch.filePath(u"quillconfig.lock"_s);
         QLockFile first(path);
-        QVERIFY(Startup::AcquireSingleInstance(first));
+        QVERIFY(Startup::acquireSingleInstance(first));
         QLockFile second(path);
-        QVERIFY(!Startup::AcquireSingleInstance(second));
+        QVERIFY(!Startup::acquireSingleInstance(second));
         first.unlock();
-        QVERIFY(Startup::AcquireSingleInstance(second)); // free again once the first copy ends
+        QVERIFY(Startup::acquireSingleInstance(second)); // free again once the first copy ends
         // A lock that cannot be made at all (its folder is a file) does not stop the tool.
         QFile plain(m_scratch.filePath(u"plain-file"_s));
         QVERIFY(plain.open(QIODevice::WriteOnly));
         QLockFile impossible(plain.fileName() + u"/quillconfig.lock"_s);
-        QVERIFY(Startup::AcquireSingleInstance(impossible));
+        QVERIFY(Startup::acquireSingleInstance(impossible));
 
         // The lock is the user's own: no other user of the machine can take it or write beside it.
-        const QFileInfo lockFolder(QFileInfo(Startup::LockFilePath()).absolutePath());
+        const QFileInfo lockFolder(QFileInfo(Startup::lockFilePath()).absolutePath());
         QVERIFY(lockFolder.isDir());
         QCOMPARE(lockFolder.ownerId(), QFileInfo(QDir::homePath()).ownerId());
         QCOMPARE(lockFolder.permissions() & (QFile::WriteGroup | QFile::WriteOther), QFile::Permissions());

@@ -25,7 +25,7 @@ QString ask(EmbeddedServer &server, const QStringList &commands, const QString &
     QString reply;
     QObject::connect(&session, &usrSession::SessionEvent, &session,
                      [&](const QString &, const QString &kind, const QString &data) {
-                         if (kind == u"MESSAGE"_s && GetText(data, u"Ref"_s) == ref)
+                         if (kind == u"MESSAGE"_s && getText(data, u"Ref"_s) == ref)
                              reply = data;
                      });
     for (const QString &command : commands)
@@ -49,13 +49,13 @@ private slots:
     void initTestCase()
     {
         QVERIFY(m_scratch.enter());
-        QFile::remove(EmbeddedServer::DefaultDatabasePath());
+        QFile::remove(EmbeddedServer::defaultDatabasePath());
     }
 
     void startsOnLoopbackWithTheDemoSiteAndKeepsItsData()
     {
-        QCOMPARE(QFileInfo(EmbeddedServer::DefaultDatabasePath()).fileName(), u"demo-site.sqlite"_s);
-        QVERIFY(EmbeddedServer::DefaultDatabasePath().startsWith(
+        QCOMPARE(QFileInfo(EmbeddedServer::defaultDatabasePath()).fileName(), u"demo-site.sqlite"_s);
+        QVERIFY(EmbeddedServer::defaultDatabasePath().startsWith(
             QStandardPaths::writableLocation(QStandardPaths::AppDataLocation)));
 
         qsizetype demoDevices = 0;
@@ -66,7 +66,7 @@ private slots:
             QCOMPARE(server.url().scheme(), u"ws"_s);
             QCOMPARE(server.url().host(), u"127.0.0.1"_s);
             QVERIFY(server.url().port() > 0);
-            QVERIFY(QFileInfo::exists(EmbeddedServer::DefaultDatabasePath()));
+            QVERIFY(QFileInfo::exists(EmbeddedServer::defaultDatabasePath()));
 
             const QString devices = ask(server, {listDevices}, u"DEVICES"_s);
             demoDevices = GetVar(devices, u"ListCount"_s).toInt();

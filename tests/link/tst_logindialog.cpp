@@ -23,7 +23,7 @@ using namespace Qt::StringLiterals;
 
 namespace {
 // Acts on the log-in dialog once it is on screen (it runs modally, so the test cannot wait for
-// PromptForCredentials to return first).
+// promptForCredentials to return first).
 void whenDialogShows(std::function<void(LoginDialog *)> act)
 {
     auto *poll = new QTimer(qApp);
@@ -111,7 +111,7 @@ private slots:
             QTest::keyClicks(password, u"s3cret"_s);
             QTest::mouseClick(button(dialog, QDialogButtonBox::Ok), Qt::LeftButton);
         });
-        QVERIFY(PromptForCredentials(credentials, u"Invalid user name or password"_s));
+        QVERIFY(promptForCredentials(credentials, u"Invalid user name or password"_s));
         QCOMPARE(shownServer, u"ws://pbx.example:4510"_s);
         QCOMPARE(shownUser, u"admin"_s);
         QCOMPARE(shownReason, u"Invalid user name or password"_s);
@@ -126,7 +126,7 @@ private slots:
             reasonVisible = dialog->findChild<QLabel *>(u"reason"_s)->isVisible();
             QTest::mouseClick(button(dialog, QDialogButtonBox::Ok), Qt::LeftButton);
         });
-        QVERIFY(PromptForCredentials(credentials, {}));
+        QVERIFY(promptForCredentials(credentials, {}));
         QVERIFY(!reasonVisible);
     }
 
@@ -143,7 +143,7 @@ private slots:
             okEnabledWhenFilled = button(dialog, QDialogButtonBox::Ok)->isEnabled();
             QTest::keyClick(dialog, Qt::Key_Return);
         });
-        QVERIFY(PromptForCredentials(credentials, {}));
+        QVERIFY(promptForCredentials(credentials, {}));
         QVERIFY(!okEnabledWhenEmpty);
         QVERIFY(okEnabledWhenFilled);
         QCOMPARE(credentials.server, QUrl(u"ws://192.168.1.20:4510"_s));
@@ -154,10 +154,10 @@ private slots:
     void theReasonIsShownInTheUsersLanguage()
     {
         BracketingTranslator translator;
-        SetTranslator(&translator);
+        setTranslator(&translator);
         LoginDialog dialog;
         dialog.setReason(u"Unknown user or wrong password"_s);
-        SetTranslator(nullptr);
+        setTranslator(nullptr);
         QCOMPARE(dialog.findChild<QLabel *>(u"reason"_s)->text(), u"[Unknown user or wrong password]"_s);
     }
 
@@ -170,7 +170,7 @@ private slots:
             QTest::keyClicks(dialog->findChild<QLineEdit *>(u"user"_s), u"-changed"_s);
             QTest::mouseClick(button(dialog, QDialogButtonBox::Cancel), Qt::LeftButton);
         });
-        QVERIFY(!PromptForCredentials(credentials, u"Log-in refused"_s));
+        QVERIFY(!promptForCredentials(credentials, u"Log-in refused"_s));
         QCOMPARE(credentials.user, u"admin"_s);
         QCOMPARE(credentials.server, QUrl(u"wss://quill.example:443"_s));
         QVERIFY(credentials.password.isEmpty());

@@ -49,13 +49,13 @@ public:
         QStringList refs;
         for (const Event &e : events)
             if (e.kind == u"MESSAGE"_s)
-                refs << GetText(e.data, u"Ref"_s);
+                refs << getText(e.data, u"Ref"_s);
         return refs;
     }
     QString reply(const QString &ref) const
     {
         for (const Event &e : events)
-            if (e.kind == u"MESSAGE"_s && GetText(e.data, u"Ref"_s) == ref)
+            if (e.kind == u"MESSAGE"_s && getText(e.data, u"Ref"_s) == ref)
                 return e.data;
         return {};
     }
@@ -147,7 +147,7 @@ class SessionTest : public QObject
         m_session = std::make_unique<usrSession>();
         m_log = std::make_unique<EventLog>(*m_session);
         m_session->setReconnectTiming(20, 200, 0);
-        m_session->setCredentialsPrompt(PromptForCredentials);
+        m_session->setCredentialsPrompt(promptForCredentials);
         SessionCredentials credentials;
         credentials.server = m_server.url();
         credentials.user = TestAccount::user();
@@ -187,7 +187,7 @@ private slots:
         QVERIFY(m_log->events[2].data.contains(u"PINGECHO"_s));
         QCOMPARE(m_log->replyRefs().value(1), u"MAIN-SCRIPTS"_s);
         // Credentials given by the program are not written to the settings.
-        QVERIFY(usrSession::SavedCredentials().server.isEmpty());
+        QVERIFY(usrSession::savedCredentials().server.isEmpty());
     }
 
     void aWrongPasswordShowsTheDialogAgainWithTheServersReason()
@@ -282,7 +282,7 @@ private slots:
         QTRY_COMPARE_WITH_TIMEOUT(m_log->count(u"LOGOUT"_s), 1, 10000);
         QCOMPARE(asked.size(), 1);
         QVERIFY(!asked[0].isEmpty());
-        QCOMPARE(GetText(m_log->events.last().data, u"Reason"_s), asked[0]);
+        QCOMPARE(getText(m_log->events.last().data, u"Reason"_s), asked[0]);
         QCOMPARE(m_session->state(), usrSession::State::Closed);
 
         // Retry: the server is back by then, and the next attempt gets in.

@@ -103,7 +103,7 @@ void DirectoryTest::initTestCase()
 
 void DirectoryTest::cleanup()
 {
-    SetMsgBoxAnswer({});
+    setMsgBoxAnswer({});
     m_fixture->windows.setOpener(u"Exts"_s, {});
     m_page->filterEdit()->clear();
     m_page->list()->clearSelection();
@@ -113,10 +113,10 @@ void DirectoryTest::cleanup()
 
 QString DirectoryTest::idOfExt(const QString &ext) const
 {
-    const QStringList rows = ReadList(m_fixture->lastReply(u"EXTS"_s));
+    const QStringList rows = readList(m_fixture->lastReply(u"EXTS"_s));
     for (const QString &row : rows) {
-        if (GetText(row, u"Ext"_s) == ext)
-            return GetText(row, u"Id"_s);
+        if (getText(row, u"Ext"_s) == ext)
+            return getText(row, u"Id"_s);
     }
     return {};
 }

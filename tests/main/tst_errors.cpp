@@ -28,12 +28,12 @@ private slots:
         QVERIFY(m_scratch.enter());
     }
 
-    void init() { ErrorLog::Clear(); }
+    void init() { ErrorLog::clear(); }
 
     void showsTheLogAndClearEmptiesTheWindowButKeepsTheFile()
     {
-        ErrorLog::Write(u"Overflow @ basGlobal.AddVar"_s);
-        ErrorLog::Write(u"Invalid property value  @  frmMain.DataArrived"_s);
+        ErrorLog::write(u"Overflow @ basGlobal.AddVar"_s);
+        ErrorLog::write(u"Invalid property value  @  frmMain.DataArrived"_s);
 
         Errors window;
         window.show();
@@ -52,7 +52,7 @@ private slots:
         QVERIFY(!window.isVisible());
 
         // Clear empties the window, never the file: the log keeps its lines and goes on after them.
-        ErrorLog::Write(u"Later fault @ frmMain.OK_Click"_s);
+        ErrorLog::write(u"Later fault @ frmMain.OK_Click"_s);
         QFile file(m_scratch.logPath());
         QVERIFY(file.open(QIODevice::ReadOnly | QIODevice::Text));
         const QStringList kept = QString::fromUtf8(file.readAll()).split(u'\n', Qt::SkipEmptyParts);
@@ -75,7 +75,7 @@ private slots:
         QString reply = u"{Ref=MAIN-PBX}"_s;
         AddVar(reply, u"Options"_s, u"{AutoDir=7}{Name=Dock}"_s);
         link.HandleCallback(reply);
-        QVERIFY(ErrorLog::Tail().contains(u"Invalid property value"_s));
+        QVERIFY(ErrorLog::tail().contains(u"Invalid property value"_s));
 
         auto *errorLog = window.findChild<QAction *>(u"mnuErrorLog"_s);
         QVERIFY(errorLog);

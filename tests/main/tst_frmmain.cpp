@@ -48,7 +48,7 @@ public:
                              if (kind == u"READY"_s)
                                  m_ready = true;
                              else if (kind == u"MESSAGE"_s)
-                                 m_replies.insert(GetText(data, u"Ref"_s).toUpper(), data);
+                                 m_replies.insert(getText(data, u"Ref"_s).toUpper(), data);
                          });
         m_session.setCredentials({server, TestAccount::user(), TestAccount::password(), {}});
         m_session.StartSession(u"Probe"_s);
@@ -63,7 +63,7 @@ public:
     // Sends a read whose literal carries "{Ref=PROBE-...}" and waits for its answer.
     QString ask(const QString &command)
     {
-        const QString ref = GetText(command, u"Ref"_s).toUpper();
+        const QString ref = getText(command, u"Ref"_s).toUpper();
         m_replies.remove(ref);
         m_session.SendCommand(command);
         if (!QTest::qWaitFor([&] { return m_replies.contains(ref); }, 20000))
@@ -72,7 +72,7 @@ public:
     }
     QString systemBlock(const QString &block)
     {
-        return GetText(ask(u"{Cmd=GetField}{Table=System}{Id="_s + block + u"}{Field=Options}{Ref=PROBE-"_s +
+        return getText(ask(u"{Cmd=GetField}{Table=System}{Id="_s + block + u"}{Field=Options}{Ref=PROBE-"_s +
                            block + u"}"_s),
                        u"Options"_s);
     }
@@ -90,8 +90,8 @@ public:
         const QString reply = ask(u"{Cmd=GetList}{Table="_s + table + u"}{Ref=PROBE-"_s + table.toUpper() +
                                   u"}{Fields=Id,Name}{Sort="_s + sort + u"}"_s);
         QStringList names;
-        for (const QString &row : ReadList(reply))
-            names << GetText(row, u"Name"_s);
+        for (const QString &row : readList(reply))
+            names << getText(row, u"Name"_s);
         return names;
     }
 
@@ -173,16 +173,16 @@ void MainWindowTest::everyPageFillsFromTheServer()
 
     // The settings pages.
     const QString pbx = probe.systemBlock(u"PBX"_s);
-    QVERIFY(!GetText(pbx, u"Name"_s).isEmpty());
-    QCOMPARE(tool.control<QLineEdit>(u"sName"_s)->text(), GetText(pbx, u"Name"_s));
-    QCOMPARE(tool.control<QLineEdit>(u"sArea"_s)->text(), GetText(pbx, u"Area"_s));
-    QCOMPARE(tool.control<QComboBox>(u"sType"_s)->currentText().toUpper(), GetText(pbx, u"PBX"_s).toUpper());
-    QCOMPARE(tool.control<QLineEdit>(u"Alert_0"_s)->text(), GetText(pbx, u"FatalAlert"_s));
-    QCOMPARE(tool.control<QLineEdit>(u"sVMIP"_s)->text(), GetText(pbx, u"VMIp"_s));
+    QVERIFY(!getText(pbx, u"Name"_s).isEmpty());
+    QCOMPARE(tool.control<QLineEdit>(u"sName"_s)->text(), getText(pbx, u"Name"_s));
+    QCOMPARE(tool.control<QLineEdit>(u"sArea"_s)->text(), getText(pbx, u"Area"_s));
+    QCOMPARE(tool.control<QComboBox>(u"sType"_s)->currentText().toUpper(), getText(pbx, u"PBX"_s).toUpper());
+    QCOMPARE(tool.control<QLineEdit>(u"Alert_0"_s)->text(), getText(pbx, u"FatalAlert"_s));
+    QCOMPARE(tool.control<QLineEdit>(u"sVMIP"_s)->text(), getText(pbx, u"VMIp"_s));
     const QString features = probe.systemBlock(u"FEATURES"_s);
     QVERIFY(!features.isEmpty());
     for (const QString &tag : tagNames(features))
-        QCOMPARE(tool.window.featuresPage()->code(tag), GetText(features, tag));
+        QCOMPARE(tool.window.featuresPage()->code(tag), getText(features, tag));
 
     // The device read asks for the fields of each address book, in the list's order.
     const qsizetype before = m_relay.commands().size();
@@ -404,19 +404,19 @@ void MainWindowTest::okStoresTheSettingsInOrderAndTheyOutliveARestart()
     // The settings record: every tag in its place, then the one the tool does not show.
     QVERIFY2(sent.at(0).startsWith(u"{Cmd=SetFields}{Table=System}{Id=PBX}{Fields(S"_s),
              qPrintable(sent.at(0)));
-    const QString pbx = GetText(GetText(sent.at(0), u"Fields"_s), u"Options"_s);
+    const QString pbx = getText(getText(sent.at(0), u"Fields"_s), u"Options"_s);
     QCOMPARE(tagNames(pbx), pbxOrder + QStringList({u"Licence"_s, u"Site"_s}));
     QVERIFY2(pbx.endsWith(u"{Licence(S3)=ABC}{Site(N3)=007}"_s), qPrintable(pbx)); // not re-typed
-    QCOMPARE(GetText(pbx, u"Name"_s), u"Harbour Site"_s);
-    QCOMPARE(GetText(pbx, u"DailyAlert"_s), u"299"_s);
-    QCOMPARE(GetText(pbx, u"VMIp"_s), u"10.0.0.9"_s);
-    QCOMPARE(GetText(pbx, u"SendPath"_s), u"\\\\srv\\upd"_s);
-    QCOMPARE(GetText(pbx, u"AutoDir"_s), u"1"_s);
+    QCOMPARE(getText(pbx, u"Name"_s), u"Harbour Site"_s);
+    QCOMPARE(getText(pbx, u"DailyAlert"_s), u"299"_s);
+    QCOMPARE(getText(pbx, u"VMIp"_s), u"10.0.0.9"_s);
+    QCOMPARE(getText(pbx, u"SendPath"_s), u"\\\\srv\\upd"_s);
+    QCOMPARE(getText(pbx, u"AutoDir"_s), u"1"_s);
     QVERIFY2(sent.at(1).startsWith(u"{Cmd=SetFields}{Table=System}{Id=FEATURES}{Fields(S"_s),
              qPrintable(sent.at(1)));
-    const QString features = GetText(GetText(sent.at(1), u"Fields"_s), u"Options"_s);
+    const QString features = getText(getText(sent.at(1), u"Fields"_s), u"Options"_s);
     QCOMPARE(tagNames(features), (QStringList{u"Pickup"_s, u"Flash"_s}));
-    QCOMPARE(GetText(features, u"Pickup"_s), u"*88"_s);
+    QCOMPARE(getText(features, u"Pickup"_s), u"*88"_s);
 
     // After a restart the server gives back what was stored, and a new window shows it.
     QVERIFY2(m_server.restart(), qPrintable(m_server.log()));
@@ -471,7 +471,7 @@ void MainWindowTest::cancelClosesWithoutSendingAnything()
     QVERIFY(next.waitLoaded());
     for (const QString &command : m_relay.commands().mid(before))
         QVERIFY2(command.startsWith(u"{Cmd=Get"_s), qPrintable(command));
-    QCOMPARE(next.control<QLineEdit>(u"sName"_s)->text(), GetText(pbx, u"Name"_s));
+    QCOMPARE(next.control<QLineEdit>(u"sName"_s)->text(), getText(pbx, u"Name"_s));
     QCOMPARE(probe.systemBlock(u"PBX"_s), pbx);
     QCOMPARE(probe.systemBlock(u"FEATURES"_s), features);
     next.window.close();
@@ -513,7 +513,7 @@ void MainWindowTest::picturesOfEveryPage()
     // QUILL_SCREENSHOT_DIR keeps the pictures for a look at the layout.
     const QString dir = qEnvironmentVariable("QUILL_SCREENSHOT_DIR", m_scratch.filePath(u"pictures"_s));
     QString error;
-    const QStringList files = SavePageScreenshots(tool.window, dir, &error);
+    const QStringList files = savePageScreenshots(tool.window, dir, &error);
     QVERIFY2(error.isEmpty(), qPrintable(error));
     const QStringList names{u"page-0-directory.png"_s,     u"page-1-site.png"_s,
                             u"page-2-address-books.png"_s, u"page-3-campaigns.png"_s,

@@ -87,7 +87,7 @@ void RecordListsTest::initTestCase()
 
 void RecordListsTest::cleanup()
 {
-    SetMsgBoxAnswer({});
+    setMsgBoxAnswer({});
     for (const QString &table : {u"AB"_s, u"Campaigns"_s, u"Routing"_s, u"Scripts"_s})
         m_fixture->windows.setOpener(table, {});
     m_asked.clear();

@@ -294,7 +294,7 @@ private slots:
         RecordEntries entries;
         page.save(entries);
         network.save(entries);
-        const QString saved = RecordForm::assemble(SettingsRecord::PbxTags(), entries, stored);
+        const QString saved = RecordForm::assemble(SettingsRecord::pbxTags(), entries, stored);
 
         // Cleared fields are left out; the check boxes are always written; unknown tags follow.
         const QStringList expected{u"AutoDir"_s,    u"Name"_s,        u"Trunk"_s,    u"Area"_s,
@@ -303,11 +303,11 @@ private slots:
                                    u"FatalAlert"_s, u"SendUpdates"_s, u"Cluster"_s,  u"VMType"_s,
                                    u"VM"_s,         u"VMIp"_s,        u"Licence"_s,  u"Expires"_s};
         QCOMPARE(tagNames(saved), expected);
-        QCOMPARE(GetText(saved, u"Name"_s), u"Harbour Site"_s);
-        QCOMPARE(GetText(saved, u"AutoDir"_s), u"0"_s);
-        QCOMPARE(GetText(saved, u"SendUpdates"_s), u"0"_s);
-        QCOMPARE(GetText(saved, u"Settings"_s), u"19200,n,8,1"_s);
-        QCOMPARE(GetText(saved, u"VMIp"_s), u"10.0.0.9"_s);
+        QCOMPARE(getText(saved, u"Name"_s), u"Harbour Site"_s);
+        QCOMPARE(getText(saved, u"AutoDir"_s), u"0"_s);
+        QCOMPARE(getText(saved, u"SendUpdates"_s), u"0"_s);
+        QCOMPARE(getText(saved, u"Settings"_s), u"19200,n,8,1"_s);
+        QCOMPARE(getText(saved, u"VMIp"_s), u"10.0.0.9"_s);
         QVERIFY(saved.endsWith(u"{Licence(S3)=ABC}{Expires(N4)=2031}"_s));
     }
 
@@ -336,8 +336,8 @@ private slots:
         page.setCode(u"Pickup"_s, QString());
         const QString saved = page.record();
         QCOMPARE(tagNames(saved), (QStringList{u"Park"_s, u"Call forward"_s, u"Intrude"_s, u"Flash"_s}));
-        QCOMPARE(GetText(saved, u"Intrude"_s), u"*9"_s);
-        QCOMPARE(GetText(saved, u"Flash"_s), u"R"_s);
+        QCOMPARE(getText(saved, u"Intrude"_s), u"*9"_s);
+        QCOMPARE(getText(saved, u"Flash"_s), u"R"_s);
         // The feature names are not editable, the codes are.
         QVERIFY(!(grid->item(0, 0)->flags() & Qt::ItemIsEditable));
         QVERIFY(grid->item(0, 1)->flags() & Qt::ItemIsEditable);

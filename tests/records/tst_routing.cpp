@@ -145,7 +145,7 @@ private slots:
     void dateAndTimeShareTheirTranslatedTip()
     {
         DateTimeTranslator translator;
-        SetTranslator(&translator);
+        setTranslator(&translator);
         frmRouting window(m_fixture->link, books, 0);
         window.show();
         QVERIFY(QTest::qWaitForWindowActive(&window));
@@ -155,7 +155,7 @@ private slots:
             child<QWidget>(window, u"rName"_s)->setFocus();
             QTRY_COMPARE(child<QLabel>(window, u"Tip"_s)->text(), u"Enter the name of this Routing Condition."_s);
         }
-        SetTranslator(nullptr);
+        setTranslator(nullptr);
     }
 
     // A new condition typed in full is stored byte for byte, after the five listed; read back after
@@ -193,8 +193,8 @@ private slots:
         const QString list = m_fixture->fetch(u"MAIN-ROUTING"_s);
         const QStringList names = [&] {
             QStringList result;
-            for (const QString &row : ReadList(list))
-                result << GetText(row, u"Name"_s);
+            for (const QString &row : readList(list))
+                result << getText(row, u"Name"_s);
             return result;
         }();
         const QString id = ServerFixture::replyIds(list).value(names.indexOf(name));
@@ -282,7 +282,7 @@ private slots:
         QTest::mouseClick(list->button(RecordList::AddButton), Qt::LeftButton);
         QTRY_COMPARE(list->list()->topLevelItemCount(), listed + 1);
         QStringList sent = m_fixture->relay.commands().mid(before);
-        QCOMPARE(GetVar(GetText(sent.value(0), u"Fields"_s), u"Order"_s).toInt(), listed + 1);
+        QCOMPARE(GetVar(getText(sent.value(0), u"Fields"_s), u"Order"_s).toInt(), listed + 1);
         QCOMPARE(sent.value(1), u"{Cmd=GetList}{Table=Routing}{Ref=MAIN-ROUTING}{Fields=RoutingId,Id,Name,Order,Options}{Sort=Order}"_s);
         QCOMPARE(list->names().constLast(), u"Added from the list"_s);
 

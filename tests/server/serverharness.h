@@ -77,7 +77,7 @@ public:
     {
         send(frame);
         const QString answer = next().value_or(QString());
-        return answer.startsWith(u"{Session=LOGOUT}"_s) && !GetText(answer, u"Reason"_s).isEmpty() &&
+        return answer.startsWith(u"{Session=LOGOUT}"_s) && !getText(answer, u"Reason"_s).isEmpty() &&
                waitClosed() && !next(100);
     }
 

@@ -71,7 +71,7 @@ protected:
             connect(socket, &QWebSocket::connected, socket,
                     [socket, logIn] { socket->sendTextMessage(logIn); });
             connect(socket, &QWebSocket::textMessageReceived, socket, [this](const QString &answer) {
-                if (GetText(answer, u"Reason"_s) == u"Unknown user or wrong password"_s)
+                if (getText(answer, u"Reason"_s) == u"Unknown user or wrong password"_s)
                     ++m_checked;
                 ++m_answers;
             });
@@ -140,8 +140,8 @@ QStringList tst_ServerAbuse::snapshot()
     for (const QString &table : {u"Exts"_s, u"Ab"_s, u"Routing"_s, u"Campaigns"_s, u"Scripts"_s}) {
         const QString list =
             m_client->request(u"{Cmd=GetList}{Table="_s + table + u"}{Fields=Id}{Sort=Id}"_s);
-        for (const QString &row : ReadList(list)) {
-            const QString id = GetText(row, u"Id"_s);
+        for (const QString &row : readList(list)) {
+            const QString id = getText(row, u"Id"_s);
             records.append(table + id +
                            m_client->request(u"{Cmd=GetFields}{Table="_s + table + u"}{Id="_s + id + u'}'));
         }
@@ -282,7 +282,7 @@ void tst_ServerAbuse::oversizeFramesCloseOnlyTheirOwnConnection()
     QCOMPARE(m_client->request(ping), echo);
     const QString large =
         u"{Cmd=GetFields}{Table=Exts}{Id=1}{Fields=Ext}{Ref=BIG}"_s + QString(15 * 1024 * 1024, u' ');
-    QCOMPARE(GetText(m_client->request(large), u"Ext"_s), u"200"_s);
+    QCOMPARE(getText(m_client->request(large), u"Ext"_s), u"200"_s);
     QCOMPARE(snapshot(), m_before);
 }
 

@@ -12,8 +12,8 @@ namespace {
 QStringList column(const QString &reply, const QString &field)
 {
     QStringList values;
-    for (const QString &row : ReadList(reply))
-        values.append(GetText(row, field));
+    for (const QString &row : readList(reply))
+        values.append(getText(row, field));
     return values;
 }
 } // namespace
@@ -90,7 +90,7 @@ void tst_ServerCommands::getListOrdersRowsCountsThemAndAnswersEmptyTables()
     const QString empty = request(
         u"{Cmd=GetList}{Table=Routing}{Ref=MAIN-ROUTING}{Fields=RoutingId,Id,Name,Order,Options}{Sort=Order}"_s);
     QVERIFY(empty.startsWith(u"{Ref"_s));
-    QCOMPARE(GetText(empty, u"Ref"_s), u"MAIN-ROUTING"_s);
+    QCOMPARE(getText(empty, u"Ref"_s), u"MAIN-ROUTING"_s);
     QCOMPARE(GetVar(empty, u"ListCount"_s).toInt(), 0);
     QVERIFY(!empty.contains(u"{List1("_s));
 
@@ -102,16 +102,16 @@ void tst_ServerCommands::getListOrdersRowsCountsThemAndAnswersEmptyTables()
 
     // Numbers by value (9 before 10 before 100), then text without regard to case.
     const QString byExt = deviceList(u"Ext"_s);
-    QCOMPARE(GetText(byExt, u"Ref"_s), u"MAIN-EXTS"_s);
+    QCOMPARE(getText(byExt, u"Ref"_s), u"MAIN-EXTS"_s);
     QCOMPARE(GetVar(byExt, u"ListCount"_s).toInt(), 5);
     QCOMPARE(column(byExt, u"Ext"_s), (QStringList{u"9"_s, u"10"_s, u"100"_s, u"abc"_s, u"ABD"_s}));
     // The id aliases give the record id; a field the record lacks is left out of its row.
-    for (const QString &row : ReadList(byExt)) {
-        QCOMPARE(GetText(row, u"ExtensionId"_s), GetText(row, u"Id"_s));
-        QVERIFY(!GetText(row, u"Id"_s).isEmpty());
+    for (const QString &row : readList(byExt)) {
+        QCOMPARE(getText(row, u"ExtensionId"_s), getText(row, u"Id"_s));
+        QVERIFY(!getText(row, u"Id"_s).isEmpty());
     }
-    QVERIFY(!ReadList(byExt).at(0).contains(u"{Dept("_s, Qt::CaseInsensitive));
-    QCOMPARE(GetText(ReadList(byExt).at(1), u"Dept"_s), u"Sales"_s);
+    QVERIFY(!readList(byExt).at(0).contains(u"{Dept("_s, Qt::CaseInsensitive));
+    QCOMPARE(getText(readList(byExt).at(1), u"Dept"_s), u"Sales"_s);
 
     // Equal names keep id order; the sort field is matched without regard to case.
     const QString byName = deviceList(u"name"_s);
@@ -134,8 +134,8 @@ void tst_ServerCommands::getFieldsReadsOneRecordOrMarksDifferencesAcrossSeveral(
     QString one = u"{Cmd=GetFields}{Table=Exts}{Fields=Ext,Name,Limit,Privacy}{Ref=EXTS-EXT}"_s;
     AddVar(one, u"Id"_s, c);
     const QString single = request(one);
-    QCOMPARE(GetText(single, u"Ref"_s), u"EXTS-EXT"_s);
-    QCOMPARE(GetText(single, u"Name"_s), u"Cy"_s);
+    QCOMPARE(getText(single, u"Ref"_s), u"EXTS-EXT"_s);
+    QCOMPARE(getText(single, u"Name"_s), u"Cy"_s);
     QVERIFY(single.contains(u"{Limit(N4)=12.5}"_s));
     QVERIFY(!single.contains(u"Privacy"_s)); // never stored: left out
 
@@ -143,10 +143,10 @@ void tst_ServerCommands::getFieldsReadsOneRecordOrMarksDifferencesAcrossSeveral(
     QString several = u"{Cmd=GetFields}{Table=Exts}{Fields=Name,Dept,CanDial,Notes,Privacy}{Ref=EXTS-EXT}"_s;
     AddVar(several, u"Id"_s, QStringList{a, b, c}.join(u','));
     const QString mixed = request(several);
-    QCOMPARE(GetText(mixed, u"Name"_s), u" "_s);
-    QCOMPARE(GetText(mixed, u"Dept"_s), u"Sales"_s);
-    QCOMPARE(GetText(mixed, u"CanDial"_s), u"1"_s); // ticked as text or as a number: not mixed
-    QCOMPARE(GetText(mixed, u"Notes"_s), u" "_s);
+    QCOMPARE(getText(mixed, u"Name"_s), u" "_s);
+    QCOMPARE(getText(mixed, u"Dept"_s), u"Sales"_s);
+    QCOMPARE(getText(mixed, u"CanDial"_s), u"1"_s); // ticked as text or as a number: not mixed
+    QCOMPARE(getText(mixed, u"Notes"_s), u" "_s);
     QVERIFY(!mixed.contains(u"Privacy"_s));
 
     // The read of a device not yet stored answers with the Ref alone.
@@ -169,11 +169,11 @@ void tst_ServerCommands::setFieldsMergesAndKeepsFieldsNotSent()
     QString read = u"{Cmd=GetFields}{Table=Exts}{Fields=Ext,Name,Dept,Notes,Privacy}{Ref=EXTS-EXT}"_s;
     AddVar(read, u"Id"_s, a);
     QString reply = request(read);
-    QCOMPARE(GetText(reply, u"Name"_s), u"Dee Walsh"_s);
-    QCOMPARE(GetText(reply, u"Ext"_s), u"301"_s);
-    QCOMPARE(GetText(reply, u"Dept"_s), u"Accounts"_s);
-    QCOMPARE(GetText(reply, u"Notes"_s), u"line 1\nline 2"_s);
-    QCOMPARE(GetText(reply, u"Privacy"_s), u"1"_s);
+    QCOMPARE(getText(reply, u"Name"_s), u"Dee Walsh"_s);
+    QCOMPARE(getText(reply, u"Ext"_s), u"301"_s);
+    QCOMPARE(getText(reply, u"Dept"_s), u"Accounts"_s);
+    QCOMPARE(getText(reply, u"Notes"_s), u"line 1\nline 2"_s);
+    QCOMPARE(getText(reply, u"Privacy"_s), u"1"_s);
 
     // A field sent empty (with the always-write flag) is cleared; the others stay.
     QString clear;
@@ -181,7 +181,7 @@ void tst_ServerCommands::setFieldsMergesAndKeepsFieldsNotSent()
     send(setFields(u"Exts"_s, clear, a));
     reply = request(read);
     QVERIFY(!reply.contains(u"Notes"_s));
-    QCOMPARE(GetText(reply, u"Privacy"_s), u"1"_s);
+    QCOMPARE(getText(reply, u"Privacy"_s), u"1"_s);
 
     // Several ids: each device takes the fields sent and keeps its own name.
     send(setFields(u"Exts"_s, record({{u"Dept"_s, u"Finance"_s}}), QString(a + u',' + b)));
@@ -196,8 +196,8 @@ void tst_ServerCommands::setFieldsMergesAndKeepsFieldsNotSent()
     send(u"{Cmd=SetFields}{Table=Scripts}{Id(S1)=7}"_s);
     const QString script = request(
         u"{Cmd=GetFields}{Table=Scripts}{Id=7}{Fields=ScriptId,Id,Name,Options,Script}{Ref=SCRIPTS-SCRIPT}"_s);
-    QCOMPARE(GetText(script, u"Name"_s), u"Daily"_s);
-    QCOMPARE(GetText(script, u"Script"_s), u"Beep"_s);
+    QCOMPARE(getText(script, u"Name"_s), u"Daily"_s);
+    QCOMPARE(getText(script, u"Script"_s), u"Beep"_s);
     QCOMPARE(GetVar(script, u"ScriptId"_s).toInt(), 7);
 }
 
@@ -215,8 +215,8 @@ void tst_ServerCommands::newRecordsAndDevicesWhoseExtExists()
     QString read = u"{Cmd=GetFields}{Table=Exts}{Fields=Name,Dept,Mobile}{Ref=EXTS-EXT}"_s;
     AddVar(read, u"Id"_s, first);
     const QString reply = request(read);
-    QCOMPARE(GetText(reply, u"Name"_s), u"Gil Evans"_s);
-    QCOMPARE(GetText(reply, u"Mobile"_s), u"07700900401"_s);
+    QCOMPARE(getText(reply, u"Name"_s), u"Gil Evans"_s);
+    QCOMPARE(getText(reply, u"Mobile"_s), u"07700900401"_s);
 
     // Other tables: every Id -1 is a new record with a new id.
     send(setFields(u"AB"_s, record({{u"Name"_s, u"Customers"_s}, {u"Type"_s, u"ODBC"_s}}), u"-1"_s));
@@ -224,7 +224,7 @@ void tst_ServerCommands::newRecordsAndDevicesWhoseExtExists()
     const QString books =
         request(u"{Cmd=GetList}{Table=Ab}{Ref=MAIN-AB}{Fields=ABId,Id,Type,Name}{Sort=Name}"_s);
     QCOMPARE(GetVar(books, u"ListCount"_s).toInt(), 2);
-    QVERIFY(GetText(ReadList(books).at(0), u"ABId"_s) != GetText(ReadList(books).at(1), u"ABId"_s));
+    QVERIFY(getText(readList(books).at(0), u"ABId"_s) != getText(readList(books).at(1), u"ABId"_s));
 }
 
 void tst_ServerCommands::featureCodesWithoutTheirWrapperAndAddressBookRebuild()
@@ -239,10 +239,10 @@ void tst_ServerCommands::featureCodesWithoutTheirWrapperAndAddressBookRebuild()
     AddVar(bare, u"Fields"_s, record({{u"Call forward"_s, u"*2"_s}, {u"Park, retrieve"_s, u"*45"_s}}));
     send(bare);
     const QString renamed =
-        GetText(request(u"{Cmd=GetField}{Table=System}{Id=FEATURES}{Field=Options}{Ref=MAIN-FEATURES}"_s),
+        getText(request(u"{Cmd=GetField}{Table=System}{Id=FEATURES}{Field=Options}{Ref=MAIN-FEATURES}"_s),
                 u"Options"_s);
-    QCOMPARE(GetText(renamed, u"Call forward"_s), u"*2"_s);
-    QCOMPARE(GetText(renamed, u"Park, retrieve"_s), u"*45"_s);
+    QCOMPARE(getText(renamed, u"Call forward"_s), u"*2"_s);
+    QCOMPARE(getText(renamed, u"Park, retrieve"_s), u"*45"_s);
     QVERIFY(!renamed.contains(u"{Park("_s)); // the block is replaced whole
 
     // ABRebuild names the book (by name, as the tool does, or by id) and refreshes its statistics.
@@ -252,16 +252,16 @@ void tst_ServerCommands::featureCodesWithoutTheirWrapperAndAddressBookRebuild()
     send(u"{Cmd=ABRebuild}{Ab=customers}"_s);
     const QString book =
         request(u"{Cmd=GetFields}{Table=Ab}{Fields=Name,Type,Options,Statistics}{Ref=AB-AB}{Id=1}"_s);
-    const QString refreshed = GetText(book, u"Statistics"_s);
+    const QString refreshed = getText(book, u"Statistics"_s);
     QVERIFY(GetVar(refreshed, u"Rebuilt"_s).toDateTime().isValid());
-    QCOMPARE(GetText(GetText(refreshed, u"Find1"_s), u"Search"_s), u"Bootle"_s);
+    QCOMPARE(getText(getText(refreshed, u"Find1"_s), u"Search"_s), u"Bootle"_s);
     QCOMPARE(GetVar(refreshed, u"HitRate"_s).toDouble(), 50.0);
     // A name wins over an id: {Ab=1} rebuilds the book named "1", not the book whose id is 1.
     send(setFields(u"AB"_s, record({{u"Name"_s, u"1"_s}}), u"-1"_s));
     send(u"{Cmd=ABRebuild}{Ab=1}"_s);
     const QString named = request(u"{Cmd=GetFields}{Table=Ab}{Fields=Name,Statistics}{Ref=AB-AB}{Id=2}"_s);
-    QCOMPARE(GetText(named, u"Name"_s), u"1"_s);
-    QVERIFY(GetVar(GetText(named, u"Statistics"_s), u"Rebuilt"_s).toDateTime().isValid());
+    QCOMPARE(getText(named, u"Name"_s), u"1"_s);
+    QVERIFY(GetVar(getText(named, u"Statistics"_s), u"Rebuilt"_s).toDateTime().isValid());
 
     QCOMPARE(request(ping), echo);
     QCOMPARE(m_server->refusalLines(), 0);

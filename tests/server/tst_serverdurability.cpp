@@ -70,16 +70,16 @@ void tst_ServerDurability::acknowledgedWritesSurviveAKill()
     const QString list = client.request(
         u"{Cmd=GetList}{Table=Scripts}{Ref=MAIN-SCRIPTS}{Fields=ScriptId,Id,Name}{Sort=Name}"_s);
     QCOMPARE(GetVar(list, u"ListCount"_s).toInt(), 49);
-    QCOMPARE(GetText(GetText(list, u"List49"_s), u"Name"_s), u"Script 049"_s);
+    QCOMPARE(getText(getText(list, u"List49"_s), u"Name"_s), u"Script 049"_s);
     const QString seventh =
         client.request(u"{Cmd=GetFields}{Table=Scripts}{Id=7}{Fields=Name,Params,Script}"_s);
-    QCOMPARE(GetText(seventh, u"Name"_s), u"Script 007"_s);
-    QCOMPARE(GetText(seventh, u"Params"_s), u"Queue=1,2"_s);
+    QCOMPARE(getText(seventh, u"Name"_s), u"Script 007"_s);
+    QCOMPARE(getText(seventh, u"Params"_s), u"Queue=1,2"_s);
 
     // Ids are never handed out twice, not even across a kill.
     client.send(createScript(51));
     const QString after = client.request(u"{Cmd=GetList}{Table=Scripts}{Fields=Id,Name}{Sort=Name}"_s);
-    QCOMPARE(GetVar(GetText(after, u"List50"_s), u"Id"_s).toInt(), 51);
+    QCOMPARE(GetVar(getText(after, u"List50"_s), u"Id"_s).toInt(), 51);
     QVERIFY(server.stop());
 }
 
@@ -102,19 +102,19 @@ void tst_ServerDurability::theDatabaseFileIsVersionedAndGuarded()
     // A file from a newer server, or a database of something else, is left alone.
     QVERIFY(sqlite(file, u"PRAGMA user_version = 99"_s).isNull());
     QString output;
-    QCOMPARE(ServerProcess::RunToEnd({u"--db"_s, file, u"--listen"_s, u"127.0.0.1:0"_s}, {}, &output), 1);
+    QCOMPARE(ServerProcess::runToEnd({u"--db"_s, file, u"--listen"_s, u"127.0.0.1:0"_s}, {}, &output), 1);
     QVERIFY2(output.contains(u"newer server"_s), qPrintable(output));
     QCOMPARE(sqlite(file, u"PRAGMA user_version"_s).toInt(), 99);
 
     const QString foreign = dir.filePath(u"other.sqlite"_s);
     sqlite(foreign, u"CREATE TABLE invoices (n INTEGER)"_s);
-    QCOMPARE(ServerProcess::RunToEnd({u"--db"_s, foreign, u"--listen"_s, u"127.0.0.1:0"_s}, {}, &output), 1);
+    QCOMPARE(ServerProcess::runToEnd({u"--db"_s, foreign, u"--listen"_s, u"127.0.0.1:0"_s}, {}, &output), 1);
     QVERIFY2(output.contains(u"not a QuillServer database"_s), qPrintable(output));
     QCOMPARE(sqlite(foreign, u"SELECT count(*) FROM sqlite_master"_s).toInt(), 1);
 
     // --add-user needs a password; an empty one stores nothing.
     const QString fresh = dir.filePath(u"fresh.sqlite"_s);
-    QVERIFY(ServerProcess::RunToEnd({u"--db"_s, fresh, u"--add-user"_s, u"ops"_s}, "\n") != 0);
+    QVERIFY(ServerProcess::runToEnd({u"--db"_s, fresh, u"--add-user"_s, u"ops"_s}, "\n") != 0);
     QCOMPARE(sqlite(fresh, u"SELECT count(*) FROM account"_s).toInt(), 0);
 }
 

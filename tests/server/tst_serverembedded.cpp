@@ -85,7 +85,7 @@ void tst_ServerEmbedded::refusalsAreCountedAndLeaveDataAlone()
     QVERIFY(refusals.at(1).at(0).toString().contains(u"404"_s));
     const QString list = server.execute(u"{Cmd=GetList}{Table=Scripts}{Fields=Id,Name}{Sort=Id}"_s);
     QCOMPARE(GetVar(list, u"ListCount"_s).toInt(), 1);
-    QCOMPARE(GetText(GetText(list, u"List1"_s), u"Name"_s), u"Two"_s);
+    QCOMPARE(getText(getText(list, u"List1"_s), u"Name"_s), u"Two"_s);
     QCOMPARE(server.refusalCount(), 2);
 
     // A read the storage cannot do answers nothing, rather than a record with no fields that a
@@ -148,7 +148,7 @@ void tst_ServerEmbedded::instancesInTwoThreadsKeepTheirOwnData()
     for (auto [client, name] : {std::pair{&hereClient, u"Here"_s}, std::pair{&thereClient, u"There"_s}}) {
         const QString list = client->request(u"{Cmd=GetList}{Table=Scripts}{Fields=Name}{Sort=Name}"_s);
         QCOMPARE(GetVar(list, u"ListCount"_s).toInt(), 1);
-        QCOMPARE(GetText(GetText(list, u"List1"_s), u"Name"_s), name);
+        QCOMPARE(getText(getText(list, u"List1"_s), u"Name"_s), name);
     }
 
     QMetaObject::invokeMethod(

@@ -110,7 +110,7 @@ void tst_ServerSession::sessionsShareCommittedWritesAndLogOut()
     writer.send(u"{Cmd=GetFields}{Table=Scripts}{Id=2}{Fields=Name}"_s);
     const QString reply = writer.next().value_or(QString());
     QVERIFY(!reply.startsWith(u"{Session="_s));
-    QCOMPARE(GetText(reply, u"Name"_s), u"{Session=LOGOUT}"_s);
+    QCOMPARE(getText(reply, u"Name"_s), u"{Session=LOGOUT}"_s);
 
     // The client may end its session; the other one goes on.
     writer.send(u"{Session=Logout}"_s);

@@ -17,7 +17,7 @@ public:
     bool enter()
     {
         QStandardPaths::setTestModeEnabled(true);
-        ErrorLog::SetPath(logPath());
+        ErrorLog::setPath(logPath());
         return m_dir.isValid();
     }
     QString logPath() const { return filePath(QStringLiteral("tamsel.log")); }

@@ -35,7 +35,7 @@ inline QString listReply(const QStringList &rows)
 // The same list reply with its rows the other way round.
 inline QString reversedReply(const QString &reply)
 {
-    QStringList rows = ReadList(reply);
+    QStringList rows = readList(reply);
     std::reverse(rows.begin(), rows.end());
     return listReply(rows);
 }

@@ -25,7 +25,7 @@ struct MainTool
     explicit MainTool(const QUrl &server)
     {
         session.setCredentials({server, TestAccount::user(), TestAccount::password(), {}});
-        session.StartSession(Startup::ApplicationTitle(u"QuillServer"_s));
+        session.StartSession(Startup::applicationTitle(u"QuillServer"_s));
     }
     bool waitLoaded()
     {

@@ -13,7 +13,7 @@
 inline void answerMessageBoxes(QMessageBox::StandardButton answer, QStringList &asked,
                                std::function<void()> whileAsked = {})
 {
-    SetMsgBoxAnswer(
+    setMsgBoxAnswer(
         [&asked, answer, whileAsked](const QString &, const QString &text, QMessageBox::StandardButtons) {
             asked.append(text);
             if (whileAsked)

@@ -90,17 +90,17 @@ public:
     static QStringList replyIds(const QString &reply)
     {
         QStringList ids;
-        const QStringList rows = ReadList(reply);
+        const QStringList rows = readList(reply);
         for (const QString &row : rows)
-            ids.append(GetText(row, u"Id"_s));
+            ids.append(getText(row, u"Id"_s));
         return ids;
     }
     static QString fieldOf(const QString &reply, const QString &id, const QString &field)
     {
-        const QStringList rows = ReadList(reply);
+        const QStringList rows = readList(reply);
         for (const QString &row : rows) {
-            if (GetText(row, u"Id"_s) == id)
-                return GetText(row, field);
+            if (getText(row, u"Id"_s) == id)
+                return getText(row, field);
         }
         return {};
     }

@@ -9,7 +9,7 @@ using namespace Qt::StringLiterals;
 ServerProcess::ServerProcess(const QString &dbFile)
     : m_db(dbFile.isEmpty() ? m_dir.filePath(u"server.sqlite"_s) : dbFile)
 {
-    m_process.setProgram(Executable());
+    m_process.setProgram(executable());
     QObject::connect(&m_process, &QProcess::readyReadStandardError,
                      [this] { m_stderr += m_process.readAllStandardError(); });
 }
@@ -20,15 +20,15 @@ ServerProcess::~ServerProcess()
         kill();
 }
 
-QString ServerProcess::Executable()
+QString ServerProcess::executable()
 {
     return qEnvironmentVariable("QUILL_BUILD_DIR") + u"/server/quillserverd"_s;
 }
 
-int ServerProcess::RunToEnd(const QStringList &arguments, const QByteArray &stdinText, QString *output)
+int ServerProcess::runToEnd(const QStringList &arguments, const QByteArray &stdinText, QString *output)
 {
     QProcess process;
-    process.start(Executable(), arguments);
+    process.start(executable(), arguments);
     if (!process.waitForStarted(10000))
         return -1;
     process.write(stdinText);
@@ -44,7 +44,7 @@ bool ServerProcess::addUser(const QString &name, const QString &password)
 {
     QString output;
     const bool added =
-        RunToEnd({u"--db"_s, m_db, u"--add-user"_s, name}, password.toUtf8() + '\n', &output) == 0;
+        runToEnd({u"--db"_s, m_db, u"--add-user"_s, name}, password.toUtf8() + '\n', &output) == 0;
     m_stderr = output.toUtf8();
     return added;
 }

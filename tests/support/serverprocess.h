@@ -26,9 +26,9 @@ public:
     explicit ServerProcess(const QString &dbFile = {});
     ~ServerProcess();
 
-    static QString Executable();
+    static QString executable();
     // Runs quillserverd with arguments to completion; gives its exit code (-1 when it would not run).
-    static int RunToEnd(const QStringList &arguments, const QByteArray &stdinText = {},
+    static int runToEnd(const QStringList &arguments, const QByteArray &stdinText = {},
                         QString *output = nullptr);
 
     // quillserverd --add-user NAME, the password on stdin. When it fails, log() says why.

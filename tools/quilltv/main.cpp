@@ -97,7 +97,7 @@ int runJsonLines()
 {
     std::string line;
     while (std::getline(std::cin, line)) {
-        write(QuillTv::AnswerJsonLine(QByteArray::fromStdString(line)) + '\n');
+        write(QuillTv::answerJsonLine(QByteArray::fromStdString(line)) + '\n');
         std::fflush(stdout); // a client waits for each answer before it sends the next line
     }
     return 0;
@@ -114,18 +114,18 @@ int runGet(const Arguments &arguments)
         if (!ok)
             return fail(u"--index takes a whole number"_s);
         bool found = false;
-        TagValue::NameAtIndex(vars, index, &found);
+        TagValue::nameAtIndex(vars, index, &found);
         if (!found)
             return fail(u"no entry %1"_s.arg(index), 1);
         QString name;
         const QVariant value = GetVar(vars, index, &name);
-        write((TagValueText(value) + u'\n' + name + u'\n').toUtf8());
+        write((tagValueText(value) + u'\n' + name + u'\n').toUtf8());
         return 0;
     }
     const QString name = arguments.positional.first();
-    if (!TagValue::FindEntry(vars, name).found())
+    if (!TagValue::findEntry(vars, name).found())
         return fail(u"no entry %1"_s.arg(name), 1);
-    write((TagValueText(GetVar(vars, name)) + u'\n').toUtf8());
+    write((tagValueText(GetVar(vars, name)) + u'\n').toUtf8());
     return 0;
 }
 
@@ -135,7 +135,7 @@ int runAdd(const Arguments &arguments)
         return fail(u"add takes a name and a value"_s);
     QVariant value = arguments.positional.at(1);
     if (arguments.number) {
-        value = QuillTv::NumberValue(arguments.positional.at(1));
+        value = QuillTv::numberValue(arguments.positional.at(1));
         if (!value.isValid())
             return fail(u"\"%1\" is not a number"_s.arg(arguments.positional.at(1)));
     }
@@ -172,7 +172,7 @@ int main(int argc, char *argv[])
     if (arguments.command == u"pretty"_s) {
         if (!arguments.positional.isEmpty())
             return fail(u"pretty takes no arguments"_s);
-        write(QuillTv::Pretty(readInput()).toUtf8());
+        write(QuillTv::pretty(readInput()).toUtf8());
         return 0;
     }
     return fail(arguments.command.isEmpty() ? u"no command"_s

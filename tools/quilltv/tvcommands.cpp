@@ -53,7 +53,7 @@ bool looksLikeRecord(const QString &value, QList<TagEntry> *entries)
 {
     if (!value.startsWith(u'{') || !value.endsWith(u'}'))
         return false;
-    *entries = SplitEntries(value);
+    *entries = splitEntries(value);
     for (const TagEntry &entry : std::as_const(*entries)) {
         if (entry.name.contains(u'{') || entry.name.contains(u'}'))
             return false;
@@ -97,7 +97,7 @@ QJsonValue jsonValue(const QVariant &value)
     case QMetaType::UnknownType:
         return QJsonValue::Null;
     default:
-        return TagValueText(value);
+        return tagValueText(value);
     }
 }
 
@@ -119,7 +119,7 @@ QString nameText(const QJsonValue &name)
     const double number = name.toDouble();
     if (number == std::floor(number) && std::abs(number) < 9007199254740992.0)
         return QString::number(qint64(number));
-    return TagValueText(number);
+    return tagValueText(number);
 }
 
 QVariant writtenValue(const QJsonValue &value)
@@ -167,14 +167,14 @@ QByteArray answerAdd(const QJsonObject &request, QString vars, const QJsonValue 
 
 } // namespace
 
-QString Pretty(const QString &vars)
+QString pretty(const QString &vars)
 {
     QString out;
-    printEntries(SplitEntries(vars), 0, out);
+    printEntries(splitEntries(vars), 0, out);
     return out;
 }
 
-QVariant NumberValue(const QString &text)
+QVariant numberValue(const QString &text)
 {
     bool ok = false;
     const qlonglong whole = text.toLongLong(&ok);
@@ -186,7 +186,7 @@ QVariant NumberValue(const QString &text)
     return {};
 }
 
-QByteArray AnswerJsonLine(const QByteArray &line)
+QByteArray answerJsonLine(const QByteArray &line)
 {
     QJsonParseError parseError;
     const QJsonDocument document = QJsonDocument::fromJson(line, &parseError);

@@ -9,13 +9,13 @@
 namespace QuillTv {
 
 // An indented tree of the string's entries, one line each, nested records opened up.
-QString Pretty(const QString &vars);
+QString pretty(const QString &vars);
 
 // The value quilltv writes for "add --number": a whole number stays whole, anything else that
 // reads as a number is a double. Text that is no number gives an invalid QVariant.
-QVariant NumberValue(const QString &text);
+QVariant numberValue(const QString &text);
 
 // Answers one line of the --json-lines protocol with one JSON line (without the line end).
-QByteArray AnswerJsonLine(const QByteArray &line);
+QByteArray answerJsonLine(const QByteArray &line);
 
 } // namespace QuillTv
