@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // The reference server against SQLite itself: commands per second over one live session, and the
-// list of 100,000 devices, each beside the same work done straight through QSqlQuery in this run.
+// list of 100,000 devices, each beside the same work done straight through QSqlQuery in this run;
+// and a session's pings during a flood of wrong passwords, beside the same pings alone.
 #include "quillserver.h"
 #include "store.h"
 #include "tagvalue.h"
@@ -18,6 +19,7 @@
 #include <QWebSocket>
 
 #include <memory>
+#include <vector>
 
 using namespace Qt::StringLiterals;
 
@@ -74,10 +76,14 @@ public:
     }
     bool open(const QUrl &url, const QString &token)
     {
-        m_socket.open(url);
-        wait([&] { return m_socket.state() == QAbstractSocket::ConnectedState; });
         QString login = u"{Session=Login}"_s;
         AddVar(login, u"Token"_s, token);
+        return logIn(url, login);
+    }
+    bool logIn(const QUrl &url, const QString &login)
+    {
+        m_socket.open(url);
+        wait([&] { return m_socket.state() == QAbstractSocket::ConnectedState; });
         m_socket.sendTextMessage(login);
         return receive(2) && m_last == u"{Session=READY}"_s;
     }
@@ -345,6 +351,86 @@ void BM_GetList100kReceivedByClient(benchmark::State &state)
     state.counters["devices"] = rows;
 }
 BENCHMARK(BM_GetList100kReceivedByClient)->Unit(benchmark::kMillisecond)->Iterations(5);
+
+// --- Pings of a working session while other clients guess passwords --------------------------------
+
+QString passwordLogIn(const QString &user, const QString &password)
+{
+    QString login = u"{Session=Login}"_s;
+    AddVar(login, u"User"_s, user);
+    AddVar(login, u"Password"_s, password);
+    AddVar(login, u"App"_s, u"bench"_s);
+    return login;
+}
+
+// Clients that log in with a wrong password over and over, each again as soon as it is refused.
+class PasswordFlood
+{
+public:
+    PasswordFlood(const QUrl &url, int clients)
+    {
+        for (int i = 0; i < clients; ++i) {
+            auto *socket = new QWebSocket;
+            m_sockets.emplace_back(socket);
+            QObject::connect(socket, &QWebSocket::connected, socket, [socket] {
+                socket->sendTextMessage(passwordLogIn(u"admin"_s, u"guess"_s));
+            });
+            QObject::connect(socket, &QWebSocket::disconnected, socket, [this, socket, url] {
+                ++attempts;
+                if (!m_stopping)
+                    QTimer::singleShot(0, socket, [socket, url] { socket->open(url); });
+            });
+            socket->open(url);
+        }
+    }
+    ~PasswordFlood()
+    {
+        m_stopping = true;
+        for (auto &socket : m_sockets)
+            socket->abort();
+    }
+    qint64 attempts = 0;
+
+private:
+    std::vector<std::unique_ptr<QWebSocket>> m_sockets;
+    bool m_stopping = false;
+};
+
+// Every attempt of the flood has its password checked (no back-off), so a check that ran on the
+// thread serving the sessions would hold each ping up; the baseline is the same pings with no flood.
+void BM_PingDuringPasswordFlood(benchmark::State &state)
+{
+    QTemporaryDir dir;
+    QuillServer server;
+    server.open(dir.filePath(u"flood.sqlite"_s));
+    server.addUser(u"admin"_s, u"right-password"_s);
+    LogInLimits limits;
+    limits.failuresBeforeBackOff = 1 << 30;
+    server.setLogInLimits(limits);
+    server.listen(QHostAddress::LocalHost, 0);
+    Client client;
+    if (!client.logIn(server.url(), passwordLogIn(u"admin"_s, u"right-password"_s))) {
+        state.SkipWithError("no log-in");
+        return;
+    }
+    const QString ping = u"{Cmd=Ping}{Handler=Branch}"_s;
+    const double alone = secondsPerOp(200, [&](int) { benchmark::DoNotOptimize(client.request(ping)); });
+
+    PasswordFlood flood(server.url(), 4);
+    QElapsedTimer timer;
+    timer.start();
+    qint64 operations = 0;
+    for (auto _ : state) {
+        benchmark::DoNotOptimize(client.request(ping));
+        ++operations;
+    }
+    const double perPing = double(timer.nsecsElapsed()) / 1e9 / double(operations);
+    state.counters["pings_per_s"] = benchmark::Counter(1.0 / perPing);
+    state.counters["alone_pings_per_s"] = benchmark::Counter(1.0 / alone);
+    state.counters["x_alone_time"] = benchmark::Counter(perPing / alone); // 1 = the flood costs nothing
+    state.counters["guesses"] = benchmark::Counter(double(flood.attempts));
+}
+BENCHMARK(BM_PingDuringPasswordFlood)->Unit(benchmark::kMicrosecond)->MinTime(3.0);
 
 } // namespace
 
