@@ -3,6 +3,7 @@
 // back, a first connection that fails, and frames that only look like session frames.
 #include "errorlog.h"
 #include "isolation.h"
+#include "listreplies.h"
 #include "logindialog.h"
 #include "serverprocess.h"
 #include "tagvalue.h"
@@ -30,84 +31,57 @@ struct Event {
     QString data;
 };
 
-// Everything the session reported, in order.
+// Everything the session reported, in order, and the replies by their references.
 class EventLog : public QObject
 {
 public:
     explicit EventLog(usrSession &session)
     {
         connect(&session, &usrSession::SessionEvent, this,
-                [this](const QString &, const QString &kind, const QString &data) { events.append({kind, data}); });
+                [this](const QString &, const QString &kind, const QString &data) {
+                    events.append({kind, data});
+                    if (kind == u"MESSAGE"_s) {
+                        replyRefs << getText(data, u"Ref"_s);
+                        replies.insert(replyRefs.last(), data);
+                    }
+                });
     }
     qsizetype count(const QString &kind) const
     {
         return std::count_if(events.cbegin(), events.cend(), [&](const Event &e) { return e.kind == kind; });
     }
-    // The references of the MESSAGE events, in arrival order.
-    QStringList replyRefs() const
-    {
-        QStringList refs;
-        for (const Event &e : events)
-            if (e.kind == u"MESSAGE"_s)
-                refs << getText(e.data, u"Ref"_s);
-        return refs;
-    }
-    QString reply(const QString &ref) const
-    {
-        for (const Event &e : events)
-            if (e.kind == u"MESSAGE"_s && getText(e.data, u"Ref"_s) == ref)
-                return e.data;
-        return {};
-    }
     QList<Event> events;
+    QStringList replyRefs;           // in arrival order
+    QHash<QString, QString> replies; // by reference
 };
 
-// Answers the log-in dialog each time it shows, with the next of the given actions; records the
-// reason each one showed.
+// Answers each log-in dialog that shows with the next of the given passwords: types it and presses
+// OK, or presses Cancel for an empty one. Notes the reason each dialog showed.
 class DialogAnswers : public QObject
 {
 public:
-    using Action = std::function<void(LoginDialog *)>;
-    explicit DialogAnswers(QList<Action> actions) : m_actions(std::move(actions))
+    explicit DialogAnswers(QStringList passwords) : m_passwords(std::move(passwords))
     {
-        connect(&m_poll, &QTimer::timeout, this, [this] { answerVisibleDialog(); });
+        connect(&m_poll, &QTimer::timeout, this, [this] {
+            auto *dialog = qobject_cast<LoginDialog *>(QApplication::activeModalWidget());
+            if (!dialog || m_passwords.isEmpty())
+                return;
+            reasons << dialog->findChild<QLabel *>(u"reason"_s)->text();
+            const QString password = m_passwords.takeFirst();
+            auto *field = dialog->findChild<QLineEdit *>(u"password"_s);
+            field->clear();
+            QTest::keyClicks(field, password);
+            const auto button = password.isEmpty() ? QDialogButtonBox::Cancel : QDialogButtonBox::Ok;
+            QTest::mouseClick(dialog->findChild<QDialogButtonBox *>()->button(button), Qt::LeftButton);
+        });
         m_poll.start(10);
     }
     QStringList reasons;
 
 private:
-    void answerVisibleDialog()
-    {
-        for (QWidget *widget : QApplication::topLevelWidgets()) {
-            auto *dialog = qobject_cast<LoginDialog *>(widget);
-            if (!dialog || !dialog->isVisible() || dialog == m_answered || m_actions.isEmpty())
-                continue;
-            m_answered = dialog;
-            reasons << dialog->findChild<QLabel *>(u"reason"_s)->text();
-            m_actions.takeFirst()(dialog);
-        }
-    }
-    QList<Action> m_actions;
+    QStringList m_passwords;
     QTimer m_poll;
-    QPointer<LoginDialog> m_answered;
 };
-
-DialogAnswers::Action typePassword(const QString &password)
-{
-    return [password](LoginDialog *dialog) {
-        auto *field = dialog->findChild<QLineEdit *>(u"password"_s);
-        field->clear();
-        QTest::keyClicks(field, password);
-        QTest::mouseClick(dialog->findChild<QDialogButtonBox *>()->button(QDialogButtonBox::Ok), Qt::LeftButton);
-    };
-}
-
-DialogAnswers::Action cancel()
-{
-    return [](LoginDialog *dialog) {
-        QTest::mouseClick(dialog->findChild<QDialogButtonBox *>()->button(QDialogButtonBox::Cancel), Qt::LeftButton);
-    };
-}
 
 // An address where nothing listens: a port that was free a moment ago.
 QUrl closedPort()
@@ -117,18 +91,15 @@ QUrl closedPort()
     return QUrl(u"ws://127.0.0.1:%1"_s.arg(probe.serverPort()));
 }
 
-QString readList(const QString &ref)
+QString listScripts(const QString &ref)
 {
-    return u"{Cmd=GetList}{Table=Scripts}{Ref="_s + ref + u"}{Fields=ScriptId,Id,Name}{Sort=Name}"_s;
+    return u"{Cmd=GetList}{Table=Scripts}{Ref="_s + ref + u"}{Fields=ScriptId,Id,Name,Script}{Sort=Name}"_s;
 }
 
 QString storeScript(const QString &name, const QString &text)
 {
-    QString fields;
-    AddVar(fields, u"Name"_s, name);
-    AddVar(fields, u"Script"_s, text);
     QString command = u"{Cmd=SetFields}{Table=Scripts}"_s;
-    AddVar(command, u"Fields"_s, fields);
+    AddVar(command, u"Fields"_s, record({{u"Name"_s, name}, {u"Script"_s, text}}));
     AddVar(command, u"Id"_s, -1);
     return command;
 }
@@ -142,17 +113,21 @@ class SessionTest : public QObject
     std::unique_ptr<usrSession> m_session;
     std::unique_ptr<EventLog> m_log;
 
-    void makeSession(const QString &password)
+    // A session for server (the test's own server when none is given), not yet started.
+    void makeSession(const QString &password, const QUrl &server = {})
     {
         m_session = std::make_unique<usrSession>();
         m_log = std::make_unique<EventLog>(*m_session);
         m_session->setReconnectTiming(20, 200, 0);
         m_session->setCredentialsPrompt(promptForCredentials);
-        SessionCredentials credentials;
-        credentials.server = m_server.url();
-        credentials.user = TestAccount::user();
-        credentials.password = password;
-        m_session->setCredentials(credentials);
+        m_session->setCredentials(
+            {server.isEmpty() ? m_server.url() : server, TestAccount::user(), password, {}});
+    }
+    void start() { m_session->StartSession(u"QuillServer Configuration"_s); }
+    void startWhenReady()
+    {
+        start();
+        QTRY_COMPARE_WITH_TIMEOUT(m_session->state(), usrSession::State::Ready, 20000);
     }
 
 private slots:
@@ -172,20 +147,24 @@ private slots:
         m_session.reset();
     }
 
-    void logsInAndReportsLoginThenReady()
+    void logsInAndOnlyAFrameThatBeginsWithSessionIsASessionEvent()
     {
         makeSession(TestAccount::password());
-        m_session->StartSession(u"QuillServer Configuration"_s, {}, {}, {});
-        QTRY_COMPARE(m_session->state(), usrSession::State::Ready);
+        startWhenReady();
         QCOMPARE(m_log->events.size(), 2);
         QCOMPARE(m_log->events[0].kind, u"LOGIN"_s);
         QCOMPARE(m_log->events[1].kind, u"READY"_s);
 
+        // A script whose name and text look like session frames comes back as data.
         m_session->SendCommand(u"{Cmd=Ping}{Handler=Branch}"_s);
-        m_session->SendCommand(readList(u"MAIN-SCRIPTS"_s));
+        m_session->SendCommand(storeScript(u"{Session=LOGOUT}"_s, u"{Session=READY}"_s));
+        m_session->SendCommand(listScripts(u"LOOKALIKE"_s));
         QTRY_COMPARE(m_log->count(u"MESSAGE"_s), 2);
         QVERIFY(m_log->events[2].data.contains(u"PINGECHO"_s));
-        QCOMPARE(m_log->replyRefs().value(1), u"MAIN-SCRIPTS"_s);
+        QVERIFY(m_log->replies.value(u"LOOKALIKE"_s).contains(u"{Session=READY}"_s));
+        QCOMPARE(m_log->count(u"READY"_s), 1);
+        QCOMPARE(m_log->count(u"LOGOUT"_s), 0);
+        QCOMPARE(m_session->state(), usrSession::State::Ready);
         // Credentials given by the program are not written to the settings.
         QVERIFY(usrSession::savedCredentials().server.isEmpty());
     }
@@ -193,9 +172,8 @@ private slots:
     void aWrongPasswordShowsTheDialogAgainWithTheServersReason()
     {
         makeSession(u"not-the-password"_s);
-        DialogAnswers answers({typePassword(u"still-wrong"_s), typePassword(TestAccount::password())});
-        m_session->StartSession(u"QuillServer Configuration"_s);
-        QTRY_COMPARE_WITH_TIMEOUT(m_session->state(), usrSession::State::Ready, 20000);
+        DialogAnswers answers({u"still-wrong"_s, TestAccount::password()});
+        startWhenReady();
         QCOMPARE(answers.reasons.size(), 2);
         QVERIFY(!answers.reasons[0].isEmpty()); // the server said why
         QCOMPARE(answers.reasons[1], answers.reasons[0]);
@@ -212,9 +190,9 @@ private slots:
     void cancellingTheLogInEndsWithLogout()
     {
         makeSession(u"wrong"_s);
-        DialogAnswers answers({cancel()});
+        DialogAnswers answers({QString()});
         m_session->SendCommand(u"{Cmd=Ping}{Handler=Branch}"_s);
-        m_session->StartSession(u"QuillServer Configuration"_s);
+        start();
         QTRY_COMPARE_WITH_TIMEOUT(m_log->count(u"LOGOUT"_s), 1, 20000);
         QCOMPARE(m_session->state(), usrSession::State::Closed);
         QCOMPARE(answers.reasons.size(), 1);
@@ -224,7 +202,7 @@ private slots:
         // Without a way to ask, missing credentials end the session the same way.
         makeSession(QString());
         m_session->setCredentialsPrompt(nullptr);
-        m_session->StartSession(u"QuillServer Configuration"_s);
+        start();
         QTRY_COMPARE(m_log->count(u"LOGOUT"_s), 1);
     }
 
@@ -236,22 +214,20 @@ private slots:
             ++asked;
             return usrSession::ConnectChoice::Quit;
         });
-        m_session->StartSession(u"QuillServer Configuration"_s);
-        QTRY_COMPARE(m_session->state(), usrSession::State::Ready);
+        startWhenReady();
 
         m_server.kill();
         QTRY_COMPARE(m_session->state(), usrSession::State::Reconnecting);
         m_session->SendCommand(storeScript(u"Queued while down"_s, u"Beep"_s));
-        m_session->SendCommand(readList(u"Q-1"_s));
+        m_session->SendCommand(listScripts(u"Q-1"_s));
         m_session->SendCommand(u"{Cmd=GetField}{Table=System}{Id=PBX}{Field=Options}{Ref=Q-2}"_s);
-        m_session->SendCommand(readList(u"Q-3"_s));
+        m_session->SendCommand(listScripts(u"Q-3"_s));
 
         QVERIFY2(m_server.restart(), qPrintable(m_server.log()));
         QTRY_COMPARE_WITH_TIMEOUT(m_log->count(u"READY"_s), 2, 20000);
-        QTRY_COMPARE(m_log->replyRefs().size(), 3);
-        QCOMPARE(m_log->replyRefs(), (QStringList{u"Q-1"_s, u"Q-2"_s, u"Q-3"_s}));
+        QTRY_COMPARE(m_log->replyRefs, (QStringList{u"Q-1"_s, u"Q-2"_s, u"Q-3"_s}));
         // The write went out before the read that followed it.
-        QVERIFY(m_log->reply(u"Q-1"_s).contains(u"Queued while down"_s));
+        QVERIFY(m_log->replies.value(u"Q-1"_s).contains(u"Queued while down"_s));
         QCOMPARE(m_log->count(u"LOGOUT"_s), 0);
         QCOMPARE(m_log->count(u"LOGIN"_s), 2);
         QCOMPARE(asked, 0);
@@ -268,17 +244,11 @@ private slots:
                 return choice;
             });
         };
-        const auto startAt = [&](const QUrl &server) {
-            SessionCredentials credentials = m_session->credentials();
-            credentials.server = server;
-            m_session->setCredentials(credentials);
-            m_session->StartSession(u"QuillServer Configuration"_s);
-        };
 
         // Quit: LOGOUT with the reason, and no further attempt.
-        makeSession(TestAccount::password());
+        makeSession(TestAccount::password(), closedPort());
         answer(usrSession::ConnectChoice::Quit);
-        startAt(closedPort());
+        start();
         QTRY_COMPARE_WITH_TIMEOUT(m_log->count(u"LOGOUT"_s), 1, 10000);
         QCOMPARE(asked.size(), 1);
         QVERIFY(!asked[0].isEmpty());
@@ -291,14 +261,14 @@ private slots:
         makeSession(TestAccount::password());
         bool restarted = false;
         answer(usrSession::ConnectChoice::Retry, [&] { restarted = m_server.start(); });
-        startAt(m_server.url());
+        start();
         QTRY_COMPARE_WITH_TIMEOUT(m_log->count(u"READY"_s), 1, 20000);
         QVERIFY2(restarted, qPrintable(m_server.log()));
         QCOMPARE(asked.size(), 1);
 
         // Change server: the prompt shows why, and the session goes where it now says.
         asked.clear();
-        makeSession(TestAccount::password());
+        makeSession(TestAccount::password(), closedPort());
         QStringList prompted;
         m_session->setCredentialsPrompt([&](SessionCredentials &credentials, const QString &reason) {
             prompted << reason;
@@ -306,7 +276,7 @@ private slots:
             return true;
         });
         answer(usrSession::ConnectChoice::ChangeServer);
-        startAt(closedPort());
+        start();
         QTRY_COMPARE_WITH_TIMEOUT(m_log->count(u"READY"_s), 1, 20000);
         QCOMPARE(prompted, asked);
         QCOMPARE(m_session->server(), m_server.url());
@@ -324,8 +294,7 @@ private slots:
             asked << reason;
             return keepTrying;
         });
-        m_session->StartSession(u"QuillServer Configuration"_s);
-        QTRY_COMPARE(m_session->state(), usrSession::State::Ready);
+        startWhenReady();
 
         m_server.stop();
         QTRY_COMPARE_WITH_TIMEOUT(asked.size(), 1, 20000); // "yes, keep trying"
@@ -337,8 +306,7 @@ private slots:
         // Ended for good: once the server is back, a new session gets in but this one stays out.
         QVERIFY2(m_server.restart(), qPrintable(m_server.log()));
         usrSession another;
-        SessionCredentials credentials = m_session->credentials();
-        another.setCredentials(credentials);
+        another.setCredentials(m_session->credentials());
         another.StartSession(u"QuillServer Configuration"_s);
         QTRY_COMPARE(another.state(), usrSession::State::Ready);
         QCOMPARE(m_log->count(u"READY"_s), 1);
@@ -352,31 +320,13 @@ private slots:
         QVERIFY(silent.listen(QHostAddress::LocalHost));
         QList<QTcpSocket *> accepted;
         connect(&silent, &QTcpServer::newConnection, this, [&] { accepted << silent.nextPendingConnection(); });
-        makeSession(TestAccount::password());
-        SessionCredentials credentials = m_session->credentials();
-        credentials.server = QUrl(u"ws://127.0.0.1:%1"_s.arg(silent.serverPort()));
-        m_session->setCredentials(credentials);
+        makeSession(TestAccount::password(), QUrl(u"ws://127.0.0.1:%1"_s.arg(silent.serverPort())));
         m_session->setLogInTimeout(150);
-        m_session->StartSession(u"QuillServer Configuration"_s);
+        start();
         QTRY_VERIFY_WITH_TIMEOUT(accepted.size() >= 2, 10000);
         QVERIFY(m_session->state() != usrSession::State::Ready);
         QCOMPARE(m_log->count(u"LOGOUT"_s), 0);
         m_session->CloseSession();
-    }
-
-    void onlyAFrameThatBeginsWithSessionIsASessionEvent()
-    {
-        makeSession(TestAccount::password());
-        m_session->StartSession(u"QuillServer Configuration"_s);
-        QTRY_COMPARE(m_session->state(), usrSession::State::Ready);
-
-        m_session->SendCommand(storeScript(u"{Session=LOGOUT}"_s, u"{Session=READY}"_s));
-        m_session->SendCommand(u"{Cmd=GetList}{Table=Scripts}{Ref=LOOKALIKE}{Fields=Name,Script}{Sort=Name}"_s);
-        QTRY_VERIFY(!m_log->reply(u"LOOKALIKE"_s).isEmpty());
-        QVERIFY(m_log->reply(u"LOOKALIKE"_s).contains(u"{Session=READY}"_s));
-        QCOMPARE(m_log->count(u"READY"_s), 1);
-        QCOMPARE(m_log->count(u"LOGOUT"_s), 0);
-        QCOMPARE(m_session->state(), usrSession::State::Ready);
     }
 
     void wssWorksWithTheServersOwnCertificateGivenByCa()
@@ -387,43 +337,24 @@ private slots:
         ServerProcess tlsServer(m_server.dbFile());
         QVERIFY2(tlsServer.start({u"--tls-cert"_s, certificate, u"--tls-key"_s, key}),
                  qPrintable(tlsServer.log()));
-        const QUrl url = tlsServer.url();
 
         // Trusted through --ca: logs in over TLS.
-        makeSession(TestAccount::password());
-        SessionCredentials credentials = m_session->credentials();
-        credentials.server = url;
-        m_session->setCredentials(credentials);
+        makeSession(TestAccount::password(), tlsServer.url());
         m_session->command = u"--ca \"%1\""_s.arg(certificate);
-        m_session->StartSession(u"QuillServer Configuration"_s);
-        QTRY_COMPARE_WITH_TIMEOUT(m_session->state(), usrSession::State::Ready, 20000);
-        m_session->SendCommand(readList(u"OVER-TLS"_s));
-        QTRY_VERIFY(!m_log->reply(u"OVER-TLS"_s).isEmpty());
+        startWhenReady();
+        m_session->SendCommand(listScripts(u"OVER-TLS"_s));
+        QTRY_VERIFY(!m_log->replies.value(u"OVER-TLS"_s).isEmpty());
 
         // A self-signed certificate nobody vouched for is not accepted.
         usrSession untrusting;
         EventLog untrustingLog(untrusting);
         untrusting.setReconnectTiming(10, 40, 2);
         untrusting.setKeepTryingQuestion([](const QString &) { return false; });
-        untrusting.setCredentials(credentials);
+        untrusting.setCredentials(m_session->credentials());
         untrusting.StartSession(u"QuillServer Configuration"_s);
         QTRY_COMPARE_WITH_TIMEOUT(untrustingLog.count(u"LOGOUT"_s), 1, 20000);
         QCOMPARE(untrustingLog.count(u"READY"_s), 0);
-
         QVERIFY(tlsServer.stop());
-    }
-
-    void refusesToSendMoreThanSixteenMebibytes()
-    {
-        makeSession(TestAccount::password());
-        m_session->StartSession(u"QuillServer Configuration"_s);
-        QTRY_COMPARE(m_session->state(), usrSession::State::Ready);
-
-        m_session->SendCommand(storeScript(u"Oversized"_s, QString(16 * 1024 * 1024, u'x')));
-        m_session->SendCommand(readList(u"AFTER-BIG"_s));
-        QTRY_VERIFY_WITH_TIMEOUT(!m_log->reply(u"AFTER-BIG"_s).isEmpty(), 20000);
-        QVERIFY(!m_log->reply(u"AFTER-BIG"_s).contains(u"Oversized"_s));
-        QCOMPARE(m_session->state(), usrSession::State::Ready);
     }
 };
 
