@@ -13,6 +13,7 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
+#include <QScopeGuard>
 #include <QTcpServer>
 #include <QTest>
 #include <QTimer>
@@ -26,37 +27,39 @@ namespace {
 // promptForCredentials to return first).
 void whenDialogShows(std::function<void(LoginDialog *)> act)
 {
-    auto *poll = new QTimer(qApp);
-    QObject::connect(poll, &QTimer::timeout, poll, [poll, act] {
-        for (QWidget *widget : QApplication::topLevelWidgets()) {
-            auto *dialog = qobject_cast<LoginDialog *>(widget);
-            if (dialog && dialog->isVisible()) {
-                poll->deleteLater();
-                poll->stop();
-                act(dialog);
-                return;
-            }
-        }
+    QTimer::singleShot(10, [act] {
+        if (auto *dialog = qobject_cast<LoginDialog *>(QApplication::activeModalWidget()))
+            act(dialog);
+        else
+            whenDialogShows(act);
     });
-    poll->start(10);
 }
 
-// How the user leaves the connecting window.
-enum class Leave { QuitButton, Escape, CloseWindow };
+// What the user does in the connecting window.
+enum class Press { Quit, Retry, ChangeServer, Escape, CloseWindow };
 
-void leave(ConnectingDialog &dialog, Leave how)
+void press(ConnectingDialog &dialog, Press how)
 {
-    if (how == Leave::QuitButton)
-        QTest::mouseClick(dialog.findChild<QPushButton *>(u"Quit"_s), Qt::LeftButton);
-    else if (how == Leave::Escape)
+    const QStringList buttons{u"Quit"_s, u"Retry"_s, u"ChangeServer"_s};
+    if (how == Press::Escape)
         QTest::keyClick(&dialog, Qt::Key_Escape);
-    else
+    else if (how == Press::CloseWindow)
         dialog.close();
+    else
+        QTest::mouseClick(dialog.findChild<QPushButton *>(buttons.at(int(how))), Qt::LeftButton);
 }
 
 QPushButton *button(LoginDialog *dialog, QDialogButtonBox::StandardButton which)
 {
     return dialog->findChild<QDialogButtonBox *>()->button(which);
+}
+
+// An address where nothing listens: a port that was free a moment ago.
+QUrl closedPort()
+{
+    QTcpServer probe;
+    probe.listen(QHostAddress::LocalHost);
+    return QUrl(u"ws://127.0.0.1:%1"_s.arg(probe.serverPort()));
 }
 
 // A translator that brackets every text it is given.
@@ -92,189 +95,139 @@ private slots:
                 [this] { m_accepted << m_silent.nextPendingConnection(); });
     }
 
-    void showsWhatIsKnownAndWhyTheLastTryFailed()
+    void logInStartsWhereTypingIsNeededAndHandsBackWhatWasTyped_data()
     {
-        SessionCredentials credentials;
-        credentials.server = QUrl(u"ws://pbx.example:4510"_s);
-        credentials.user = u"admin"_s;
-        QString shownServer, shownUser, shownReason;
-        bool reasonVisible = false, passwordFocused = false, passwordHidden = false;
-        whenDialogShows([&](LoginDialog *dialog) {
-            shownServer = dialog->findChild<QLineEdit *>(u"server"_s)->text();
-            shownUser = dialog->findChild<QLineEdit *>(u"user"_s)->text();
-            auto *reason = dialog->findChild<QLabel *>(u"reason"_s);
-            shownReason = reason->text();
-            reasonVisible = reason->isVisible();
-            auto *password = dialog->findChild<QLineEdit *>(u"password"_s);
-            passwordFocused = dialog->focusWidget() == password;
-            passwordHidden = password->echoMode() == QLineEdit::Password;
-            QTest::keyClicks(password, u"s3cret"_s);
-            QTest::mouseClick(button(dialog, QDialogButtonBox::Ok), Qt::LeftButton);
-        });
-        QVERIFY(promptForCredentials(credentials, u"Invalid user name or password"_s));
-        QCOMPARE(shownServer, u"ws://pbx.example:4510"_s);
-        QCOMPARE(shownUser, u"admin"_s);
-        QCOMPARE(shownReason, u"Invalid user name or password"_s);
-        QVERIFY(reasonVisible);
-        QVERIFY(passwordFocused); // server and user known: typing starts at the password
-        QVERIFY(passwordHidden);
-        QCOMPARE(credentials.password, u"s3cret"_s);
-        QCOMPARE(credentials.user, u"admin"_s);
-
-        // The first time there is no reason to show.
-        whenDialogShows([&](LoginDialog *dialog) {
-            reasonVisible = dialog->findChild<QLabel *>(u"reason"_s)->isVisible();
-            QTest::mouseClick(button(dialog, QDialogButtonBox::Ok), Qt::LeftButton);
-        });
-        QVERIFY(promptForCredentials(credentials, {}));
-        QVERIFY(!reasonVisible);
+        QTest::addColumn<QString>("server"); // what is known when the dialog opens
+        QTest::addColumn<QString>("user");
+        QTest::addColumn<QString>("reason");
+        QTest::addColumn<QStringList>("typed"); // into server, user and password
+        QTest::addColumn<bool>("ok");           // Enter, or Cancel
+        QTest::addColumn<QString>("focus");
+        QTest::addColumn<QStringList>("handedBack"); // server, user, password
+        QTest::newRow("after a refusal, server and user known")
+            << u"ws://pbx.example:4510"_s << u"admin"_s << u"Invalid user name or password"_s
+            << QStringList{{}, {}, u"s3cret"_s} << true << u"password"_s
+            << QStringList{u"ws://pbx.example:4510"_s, u"admin"_s, u"s3cret"_s};
+        QTest::newRow("first time, a server without a scheme")
+            << QString() << QString() << QString() << QStringList{u" 192.168.1.20:4510 "_s, u"sam"_s, u"pw"_s}
+            << true << u"server"_s << QStringList{u"ws://192.168.1.20:4510"_s, u"sam"_s, u"pw"_s};
+        QTest::newRow("Cancel leaves the credentials as they were")
+            << u"wss://quill.example:443"_s << u"admin"_s << u"Log-in refused"_s
+            << QStringList{{}, u"-changed"_s, u"pw"_s} << false << u"password"_s
+            << QStringList{u"wss://quill.example:443"_s, u"admin"_s, QString()};
     }
 
-    void needsServerAndUserAndTakesAServerWithoutScheme()
+    void logInStartsWhereTypingIsNeededAndHandsBackWhatWasTyped()
     {
-        SessionCredentials credentials;
-        credentials.token = u"kept"_s;
-        bool okEnabledWhenEmpty = true, okEnabledWhenFilled = false;
-        whenDialogShows([&](LoginDialog *dialog) {
-            okEnabledWhenEmpty = button(dialog, QDialogButtonBox::Ok)->isEnabled();
-            QTest::keyClicks(dialog->findChild<QLineEdit *>(u"server"_s), u" 192.168.1.20:4510 "_s);
-            QTest::keyClicks(dialog->findChild<QLineEdit *>(u"user"_s), u"sam"_s);
-            QTest::keyClicks(dialog->findChild<QLineEdit *>(u"password"_s), u"pw"_s);
-            okEnabledWhenFilled = button(dialog, QDialogButtonBox::Ok)->isEnabled();
-            QTest::keyClick(dialog, Qt::Key_Return);
-        });
-        QVERIFY(promptForCredentials(credentials, {}));
-        QVERIFY(!okEnabledWhenEmpty);
-        QVERIFY(okEnabledWhenFilled);
-        QCOMPARE(credentials.server, QUrl(u"ws://192.168.1.20:4510"_s));
-        QCOMPARE(credentials.user, u"sam"_s);
-        QCOMPARE(credentials.password, u"pw"_s);
-    }
-
-    void theReasonIsShownInTheUsersLanguage()
-    {
-        BracketingTranslator translator;
+        QFETCH(QString, server);
+        QFETCH(QString, user);
+        QFETCH(QString, reason);
+        QFETCH(QStringList, typed);
+        QFETCH(bool, ok);
+        BracketingTranslator translator; // the reason is shown in the user's language
         setTranslator(&translator);
-        LoginDialog dialog;
-        dialog.setReason(u"Unknown user or wrong password"_s);
-        setTranslator(nullptr);
-        QCOMPARE(dialog.findChild<QLabel *>(u"reason"_s)->text(), u"[Unknown user or wrong password]"_s);
-    }
-
-    void cancelLeavesTheCredentialsAsTheyWere()
-    {
-        SessionCredentials credentials;
-        credentials.server = QUrl(u"wss://quill.example:443"_s);
-        credentials.user = u"admin"_s;
-        whenDialogShows([](LoginDialog *dialog) {
-            QTest::keyClicks(dialog->findChild<QLineEdit *>(u"user"_s), u"-changed"_s);
-            QTest::mouseClick(button(dialog, QDialogButtonBox::Cancel), Qt::LeftButton);
+        const auto noTranslator = qScopeGuard([] { setTranslator(nullptr); });
+        SessionCredentials credentials{QUrl(server), user, {}, {}};
+        QStringList shown;
+        QString shownFocus, shownReason;
+        bool passwordHidden = false;
+        QList<bool> okEnabled; // before and after typing
+        whenDialogShows([&](LoginDialog *dialog) {
+            auto *reasonLabel = dialog->findChild<QLabel *>(u"reason"_s);
+            shownReason = reasonLabel->isVisible() ? reasonLabel->text() : QString();
+            shownFocus = dialog->focusWidget()->objectName();
+            passwordHidden = dialog->findChild<QLineEdit *>(u"password"_s)->echoMode() == QLineEdit::Password;
+            okEnabled << button(dialog, QDialogButtonBox::Ok)->isEnabled();
+            const QStringList fields{u"server"_s, u"user"_s, u"password"_s};
+            for (qsizetype field = 0; field < fields.size(); ++field) {
+                auto *edit = dialog->findChild<QLineEdit *>(fields[field]);
+                shown << edit->text();
+                QTest::keyClicks(edit, typed[field]);
+            }
+            okEnabled << button(dialog, QDialogButtonBox::Ok)->isEnabled();
+            if (ok)
+                QTest::keyClick(dialog, Qt::Key_Return);
+            else
+                QTest::mouseClick(button(dialog, QDialogButtonBox::Cancel), Qt::LeftButton);
         });
-        QVERIFY(!promptForCredentials(credentials, u"Log-in refused"_s));
-        QCOMPARE(credentials.user, u"admin"_s);
-        QCOMPARE(credentials.server, QUrl(u"wss://quill.example:443"_s));
-        QVERIFY(credentials.password.isEmpty());
+        QCOMPARE(promptForCredentials(credentials, reason), ok);
+        QCOMPARE(shown, (QStringList{server, user, QString()}));
+        // The first time there is no reason to show.
+        QCOMPARE(shownReason, reason.isEmpty() ? QString() : u'[' + reason + u']');
+        QTEST(shownFocus, "focus");
+        QVERIFY(passwordHidden);
+        // OK needs a server and a user.
+        QCOMPARE(okEnabled, (QList<bool>{!server.isEmpty() && !user.isEmpty(), true}));
+        const QStringList handedBack{credentials.server.toString(), credentials.user, credentials.password};
+        QTEST(handedBack, "handedBack");
     }
 
     void connectingWindowShowsTheServerAndEveryWayOutLogsOut_data()
     {
-        QTest::addColumn<bool>("failed"); // the first attempt failed: the window asks what to do
-        QTest::addColumn<Leave>("how");
-        QTest::newRow("Quit while connecting") << false << Leave::QuitButton;
-        QTest::newRow("Escape while connecting") << false << Leave::Escape;
-        QTest::newRow("window closed while connecting") << false << Leave::CloseWindow;
-        QTest::newRow("Quit after a failure") << true << Leave::QuitButton;
-        QTest::newRow("Escape after a failure") << true << Leave::Escape;
-        QTest::newRow("window closed after a failure") << true << Leave::CloseWindow;
+        QTest::addColumn<bool>("failed"); // the first attempt fails: the window asks what to do
+        QTest::addColumn<QList<Press>>("presses"); // one each time the window asks, or at once
+        QTest::newRow("Quit while connecting") << false << QList<Press>{Press::Quit};
+        QTest::newRow("Escape while connecting") << false << QList<Press>{Press::Escape};
+        QTest::newRow("window closed while connecting") << false << QList<Press>{Press::CloseWindow};
+        QTest::newRow("Quit after a failure") << true << QList<Press>{Press::Quit};
+        QTest::newRow("Escape after a failure") << true << QList<Press>{Press::Escape};
+        QTest::newRow("window closed after a failure") << true << QList<Press>{Press::CloseWindow};
+        QTest::newRow("Retry tries again") << true << QList<Press>{Press::Retry, Press::Quit};
+        // The log-in dialog takes the window's place, and is cancelled.
+        QTest::newRow("Change server") << true << QList<Press>{Press::ChangeServer};
     }
 
     void connectingWindowShowsTheServerAndEveryWayOutLogsOut()
     {
         QFETCH(bool, failed);
-        QFETCH(Leave, how);
-        QTcpServer probe; // a port that was free a moment ago: nothing listens there
-        QVERIFY(probe.listen(QHostAddress::LocalHost));
-        const QUrl server(u"ws://127.0.0.1:%1"_s.arg(failed ? probe.serverPort() : m_silent.serverPort()));
-        probe.close();
-
+        QFETCH(QList<Press>, presses);
+        const QUrl server = failed ? closedPort() : QUrl(u"ws://127.0.0.1:%1"_s.arg(m_silent.serverPort()));
         usrSession session;
         ConnectingDialog dialog(session);
         int logouts = 0;
         connect(&session, &usrSession::SessionEvent, this,
                 [&](const QString &, const QString &kind) { logouts += kind == u"LOGOUT"_s ? 1 : 0; });
-        // What the window shows when the user leaves it.
+        // What the window shows when the user last acts in it.
         QString message, reason;
         bool retryOffered = false;
-        const auto readAndLeave = [&] {
+        qsizetype pressed = 0;
+        const auto readAndPress = [&] {
             message = dialog.findChild<QLabel *>(u"message"_s)->text();
             auto *reasonLabel = dialog.findChild<QLabel *>(u"reason"_s);
             reason = reasonLabel->isVisible() ? reasonLabel->text() : QString();
             retryOffered = dialog.findChild<QPushButton *>(u"Retry"_s)->isVisible()
                 && dialog.findChild<QPushButton *>(u"ChangeServer"_s)->isVisible();
-            leave(dialog, how);
+            press(dialog, presses.value(pressed++));
         };
         QString asked;
         session.setFirstConnectFailure([&](const QString &failure) {
             asked = failure;
-            QTimer::singleShot(0, &dialog, readAndLeave); // the question runs its own event loop
+            QTimer::singleShot(0, &dialog, readAndPress); // the question runs its own event loop
             return dialog.askAfterFailure(failure);
         });
-        SessionCredentials credentials;
-        credentials.server = server;
-        credentials.token = u"unused"_s;
-        session.setCredentials(credentials);
+        bool prompted = false, visibleDuringPrompt = false;
+        session.setCredentialsPrompt([&](SessionCredentials &, const QString &) {
+            prompted = true;
+            visibleDuringPrompt = dialog.isVisible();
+            return false;
+        });
+        session.setCredentials({server, {}, {}, u"unused"_s});
         session.StartSession(u"QuillServer Configuration"_s);
         if (!failed) {
             QTRY_VERIFY(dialog.isVisible());
-            readAndLeave();
+            readAndPress();
         }
         QTRY_COMPARE_WITH_TIMEOUT(logouts, 1, 10000);
         QCOMPARE(session.state(), usrSession::State::Closed);
         QTRY_VERIFY(!dialog.isVisible());
-        if (failed) {
-            QCOMPARE(message, u"Could not connect to %1."_s.arg(server.toString()));
-            QVERIFY(!asked.isEmpty());
-            QCOMPARE(reason, asked);
-            QVERIFY(retryOffered);
-        } else {
-            QCOMPARE(message, u"Connecting to %1..."_s.arg(server.toString()));
-            QVERIFY(reason.isEmpty());
-            QVERIFY(!retryOffered);
-        }
-    }
-
-    void retryTriesAgainAndChangeServerMakesWayForTheLogInDialog()
-    {
-        QTcpServer probe;
-        QVERIFY(probe.listen(QHostAddress::LocalHost));
-        SessionCredentials credentials;
-        credentials.server = QUrl(u"ws://127.0.0.1:%1"_s.arg(probe.serverPort()));
-        credentials.token = u"unused"_s;
-        probe.close();
-
-        usrSession session;
-        ConnectingDialog dialog(session);
-        int questions = 0;
-        session.setFirstConnectFailure([&](const QString &reason) {
-            ++questions;
-            // First Retry, then Change server, each pressed once the window asks.
-            const QString choice = questions == 1 ? u"Retry"_s : u"ChangeServer"_s;
-            QTimer::singleShot(0, &dialog, [&dialog, choice] {
-                QTest::mouseClick(dialog.findChild<QPushButton *>(choice), Qt::LeftButton);
-            });
-            return dialog.askAfterFailure(reason);
-        });
-        bool visibleDuringPrompt = true;
-        session.setCredentialsPrompt([&](SessionCredentials &, const QString &) {
-            visibleDuringPrompt = dialog.isVisible();
-            return false; // cancelled: the session ends
-        });
-        session.setCredentials(credentials);
-        session.StartSession(u"QuillServer Configuration"_s);
-        QTRY_COMPARE_WITH_TIMEOUT(session.state(), usrSession::State::Closed, 10000);
-        QCOMPARE(questions, 2);
+        QCOMPARE(pressed, presses.size());
+        QCOMPARE(prompted, presses.contains(Press::ChangeServer));
         QVERIFY(!visibleDuringPrompt);
-        QVERIFY(!dialog.isVisible());
+        QCOMPARE(message,
+                 (failed ? u"Could not connect to %1."_s : u"Connecting to %1..."_s).arg(server.toString()));
+        QCOMPARE(reason, asked);
+        QVERIFY(asked.isEmpty() != failed);
+        QCOMPARE(retryOffered, failed);
     }
 };
 
