@@ -9,7 +9,6 @@
 #include <QDir>
 #include <QFileInfo>
 #include <QLockFile>
-#include <QSignalSpy>
 #include <QTest>
 
 #include <memory>
@@ -17,15 +16,23 @@
 using namespace Qt::StringLiterals;
 
 namespace {
-// A receiving window that remembers what reached it.
+// "PREFIX:SubRef" and the message, for each reply that reached a window.
+using Deliveries = QList<QPair<QString, QString>>;
+
+// A receiving window that notes what reached it in a log shared by every window.
 class FakeWindow : public QObject, public IDataReceiver
 {
 public:
-    void DataArrived(const QString &SubRef, const QString &Message) override { received.append({SubRef, Message}); }
-    QList<QPair<QString, QString>> received;
-};
+    FakeWindow(const QString &prefix, Deliveries &log) : m_prefix(prefix), m_log(log) {}
+    void DataArrived(const QString &SubRef, const QString &Message) override
+    {
+        m_log.append({m_prefix + u':' + SubRef, Message});
+    }
 
-const QStringList prefixes = {u"MAIN"_s, u"AB"_s, u"CAMPAIGN"_s, u"ROUTING"_s, u"EXTS"_s, u"SCRIPTS"_s};
+private:
+    QString m_prefix;
+    Deliveries &m_log;
+};
 } // namespace
 
 class DispatchTest : public QObject
@@ -35,18 +42,7 @@ class DispatchTest : public QObject
     std::unique_ptr<usrSession> m_session;
     std::unique_ptr<ServerLink> m_link;
     QHash<QString, FakeWindow *> m_windows;
-
-    // Everything any window received since the last call, as "PREFIX:SubRef".
-    QStringList takeDeliveries()
-    {
-        QStringList deliveries;
-        for (const QString &prefix : prefixes) {
-            for (const auto &[subRef, message] : std::as_const(m_windows[prefix]->received))
-                deliveries << prefix + u':' + subRef;
-            m_windows[prefix]->received.clear();
-        }
-        return deliveries;
-    }
+    Deliveries m_delivered;
 
 private slots:
     void initTestCase()
@@ -59,8 +55,10 @@ private slots:
         m_session = std::make_unique<usrSession>();
         m_link = std::make_unique<ServerLink>(*m_session);
         m_windows.clear();
-        for (const QString &prefix : prefixes) {
-            auto *window = new FakeWindow;
+        m_delivered.clear();
+        for (const QString &prefix :
+             {u"MAIN"_s, u"AB"_s, u"CAMPAIGN"_s, u"ROUTING"_s, u"EXTS"_s, u"SCRIPTS"_s}) {
+            auto *window = new FakeWindow(prefix, m_delivered);
             window->setParent(m_link.get());
             m_windows.insert(prefix, window);
             m_link->setReceiver(prefix, window);
@@ -73,91 +71,49 @@ private slots:
         m_session.reset();
     }
 
-    void routesEachReplyByItsReferencePrefix()
+    void eachReplyReachesTheWindowItsReferenceNames_data()
     {
-        m_link->HandleCallback(u"{Ref=main-exts}{ListCount=0}"_s);
-        QCOMPARE(m_windows[u"MAIN"_s]->received.value(0).first, u"EXTS"_s);
-        QCOMPARE(m_windows[u"MAIN"_s]->received.value(0).second, u"{Ref=main-exts}{ListCount=0}"_s);
-        takeDeliveries();
-
-        m_link->HandleCallback(u"{Ref=AB-AB}{Name(S5)=Sales}"_s);
-        m_link->HandleCallback(u"{Ref=Campaign-Campaign}"_s);
-        m_link->HandleCallback(u"{Ref=ROUTING-ROUTING}"_s);
-        m_link->HandleCallback(u"{Ref=EXTS-EXT}{Ext(S3)=201}"_s);
-        m_link->HandleCallback(u"{Ref=SCRIPTS-SCRIPT}"_s);
-        m_link->HandleCallback(u"{Ref=SCRIPTS}"_s); // only the prefix: an empty sub-reference
-        m_link->HandleCallback(u"{Ref(S12)=main-routing}{ListCount(N1)=0}"_s);
-        QCOMPARE(takeDeliveries(), (QStringList{u"MAIN:ROUTING"_s, u"AB:AB"_s, u"CAMPAIGN:CAMPAIGN"_s,
-                                                u"ROUTING:ROUTING"_s, u"EXTS:EXT"_s, u"SCRIPTS:SCRIPT"_s,
-                                                u"SCRIPTS:"_s}));
-
-        // Ref wins over Cmd; Cmd stands in only when there is no Ref.
-        m_link->HandleCallback(u"{Cmd=BLF}{Ref=MAIN-PBX}"_s);
-        m_link->HandleCallback(u"{Cmd=Main-Features}"_s);
-        // The sub-reference is everything after the prefix's "-", further dashes included.
-        m_link->HandleCallback(u"{Ref=ab-list-2}"_s);
-        QCOMPARE(takeDeliveries(), (QStringList{u"MAIN:PBX"_s, u"MAIN:FEATURES"_s, u"AB:LIST-2"_s}));
+        QTest::addColumn<QString>("message");
+        QTest::addColumn<QString>("delivery"); // "PREFIX:SubRef"; empty when no window asked for it
+        const auto row = [](const QString &message, const QString &delivery) {
+            QTest::newRow(qPrintable(message.isEmpty() ? u"empty"_s : message)) << message << delivery;
+        };
+        row(u"{Ref=main-exts}{ListCount=0}"_s, u"MAIN:EXTS"_s);
+        row(u"{Ref(S12)=main-routing}{ListCount(N1)=0}"_s, u"MAIN:ROUTING"_s);
+        row(u"{Ref=AB-AB}{Name(S5)=Sales}"_s, u"AB:AB"_s);
+        row(u"{Ref=Campaign-Campaign}"_s, u"CAMPAIGN:CAMPAIGN"_s);
+        row(u"{Ref=ROUTING-ROUTING}"_s, u"ROUTING:ROUTING"_s);
+        row(u"{Ref=EXTS-EXT}{Ext(S3)=201}"_s, u"EXTS:EXT"_s);
+        row(u"{Ref=SCRIPTS-SCRIPT}"_s, u"SCRIPTS:SCRIPT"_s);
+        row(u"{Ref=SCRIPTS}"_s, u"SCRIPTS:"_s);               // only the prefix: an empty sub-reference
+        row(u"{Cmd=BLF}{Ref=MAIN-PBX}"_s, u"MAIN:PBX"_s);     // Ref wins over Cmd
+        row(u"{Cmd=Main-Features}"_s, u"MAIN:FEATURES"_s);    // Cmd stands in only when there is no Ref
+        row(u"{Ref=ab-list-2}"_s, u"AB:LIST-2"_s);           // everything after the prefix's "-"
+        row(u"{Ref=AddCampaign}{Choice(S6)=Autumn}"_s, u"EXTS:ADDCAMPAIGN"_s); // the choice dialog's answer
+        for (const QString &dropped : {u"{Cmd=PINGECHO}"_s, u"{Cmd=BLF}{Ext=201}"_s, u"{Cmd=LOGIN}"_s,
+                                       u"{Cmd=NEWSTATE}{Ext=201}"_s, u"{Ref=NOWHERE-X}"_s,
+                                       u"{Ref=MAINS-EXTS}"_s, // a longer word is not the prefix
+                                       u"{Name=no reference at all}"_s, u"not a tagged value"_s, QString()})
+            row(dropped, QString());
     }
 
-    void dropsMessagesThatNoWindowAskedFor()
+    void eachReplyReachesTheWindowItsReferenceNames()
     {
-        const QStringList dropped = {u"{Cmd=PINGECHO}"_s,
-                                     u"{Cmd=BLF}{Ext=201}"_s,
-                                     u"{Cmd=LOGIN}"_s,
-                                     u"{Cmd=NEWSTATE}{Ext=201}"_s,
-                                     u"{Ref=NOWHERE-X}"_s,
-                                     u"{Ref=MAINS-EXTS}"_s, // a longer word is not the prefix
-                                     u"{Name=no reference at all}"_s,
-                                     u"not a tagged value"_s,
-                                     QString()};
-        for (const QString &message : dropped)
-            m_link->HandleCallback(message);
-        QCOMPARE(takeDeliveries(), QStringList());
+        QFETCH(QString, message);
+        QFETCH(QString, delivery);
+        m_link->HandleCallback(message);
+        QCOMPARE(m_delivered, (delivery.isEmpty() ? Deliveries() : Deliveries{{delivery, message}}));
     }
 
     void deliversOnlyToWindowsThatAreOpen()
     {
         delete m_windows.take(u"AB"_s); // the address-book window was closed
-        m_link->HandleCallback(u"{Ref=AB-AB}{Name(S5)=Sales}"_s);
         m_link->setReceiver(u"SCRIPTS"_s, nullptr);
-        m_link->HandleCallback(u"{Ref=SCRIPTS-SCRIPT}"_s);
-        m_link->HandleCallback(u"{Ref=MAIN-AB}"_s); // the others still receive
-        QCOMPARE(m_windows[u"MAIN"_s]->received.size(), 1);
-        QVERIFY(m_windows[u"SCRIPTS"_s]->received.isEmpty());
-    }
-
-    void theChoiceOfACampaignReachesTheDeviceWindowOnly()
-    {
-        const QString answer = u"{Ref=AddCampaign}{Choice(S6)=Autumn}"_s;
-        m_link->HandleCallback(answer);
-        QCOMPARE(m_windows[u"EXTS"_s]->received.value(0).second, answer);
-        QCOMPARE(takeDeliveries(), QStringList{u"EXTS:ADDCAMPAIGN"_s});
-
-        // With the device window closed the answer has nowhere to go.
-        m_link->setReceiver(u"EXTS"_s, nullptr);
-        m_link->HandleCallback(answer);
-        QCOMPARE(takeDeliveries(), QStringList());
-    }
-
-    void sessionEventsOtherThanTheSessionsOwnGoToTheDispatcher()
-    {
-        SessionEvents events(*m_link);
-        QSignalSpy loads(&events, &SessionEvents::loadStarted);
-        QSignalSpy logouts(&events, &SessionEvents::logout);
-
-        events.Sess_SessionEvent({}, u"MESSAGE"_s, u"{Ref=MAIN-CAMPAIGNS}{ListCount=0}"_s);
-        events.Sess_SessionEvent({}, u"login"_s, u"{Ref=MAIN-EXTS}"_s); // LOGIN does nothing
-        QCOMPARE(takeDeliveries(), QStringList{u"MAIN:CAMPAIGNS"_s});
-        QCOMPARE(loads.size(), 0);
-
-        m_link->setDeviceSort(u"Ext"_s);
-        events.Sess_SessionEvent({}, u"Ready"_s, {});
-        QCOMPARE(loads.size(), 1);
-        QCOMPARE(m_link->deviceSort(), u"Type"_s);
-
-        events.Sess_SessionEvent({}, u"LOGOUT"_s, u"{Session=LOGOUT}"_s);
-        QCOMPARE(logouts.size(), 1);
-        QCOMPARE(takeDeliveries(), QStringList());
+        m_link->setReceiver(u"EXTS"_s, nullptr); // a campaign chosen has nowhere to go
+        for (const QString &message : {u"{Ref=AB-AB}{Name(S5)=Sales}"_s, u"{Ref=SCRIPTS-SCRIPT}"_s,
+                                       u"{Ref=AddCampaign}{Choice(S6)=Autumn}"_s, u"{Ref=MAIN-AB}"_s})
+            m_link->HandleCallback(message);
+        QCOMPARE(m_delivered, (Deliveries{{u"MAIN:AB"_s, u"{Ref=MAIN-AB}"_s}})); // the others still receive
     }
 
     void productNameComesFromTheWholeExecutableName()
@@ -173,22 +129,14 @@ private slots:
 
         QCOMPARE(Startup::applicationTitle(u"QuillServer"_s), u"QuillServer Configuration"_s);
         QCOMPARE(Startup::applicationTitle(u"Halyard"_s), u"Halyard Configuration"_s);
-        QCOMPARE(Startup::windowTitle(u"Halyard"_s), u"Halyard configuration"_s); // no translator: English
     }
 
-    void onlyOneCopyRunsAtATime()
+    // That a second copy ends while the first runs, and not after, is the quillconfig test's to show.
+    void theLockIsTheUsersOwnAndALockThatCannotBeMadeDoesNotStopTheTool()
     {
-        const QString path = m_scratch.filePath(u"quillconfig.lock"_s);
-        QLockFile first(path);
-        QVERIFY(Startup::acquireSingleInstance(first));
-        QLockFile second(path);
-        QVERIFY(!Startup::acquireSingleInstance(second));
-        first.unlock();
-        QVERIFY(Startup::acquireSingleInstance(second)); // free again once the first copy ends
-        // A lock that cannot be made at all (its folder is a file) does not stop the tool.
         QFile plain(m_scratch.filePath(u"plain-file"_s));
         QVERIFY(plain.open(QIODevice::WriteOnly));
-        QLockFile impossible(plain.fileName() + u"/quillconfig.lock"_s);
+        QLockFile impossible(plain.fileName() + u"/quillconfig.lock"_s); // its folder is a file
         QVERIFY(Startup::acquireSingleInstance(impossible));
 
         // The lock is the user's own: no other user of the machine can take it or write beside it.
