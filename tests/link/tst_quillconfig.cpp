@@ -17,23 +17,29 @@ class QuillConfigTest : public QObject
 
     QString program() const { return qEnvironmentVariable("QUILL_BUILD_DIR") + u"/app/quillconfig"_s; }
 
-    void prepare(QProcess &process) const
+    // Starts quillconfig in the test's home with arguments (and the variables in extra).
+    void start(QProcess &process, const QStringList &arguments, const QStringList &extra = {}) const
     {
         QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
         const QString home = m_home.path();
-        for (const QString &dir : {u"config"_s, u"data"_s, u"cache"_s, u"runtime"_s, u"tmp"_s})
-            QDir(home).mkpath(dir);
-        QFile::setPermissions(home + u"/runtime"_s, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
         environment.insert(u"HOME"_s, home);
-        environment.insert(u"XDG_CONFIG_HOME"_s, home + u"/config"_s);
-        environment.insert(u"XDG_DATA_HOME"_s, home + u"/data"_s);
-        environment.insert(u"XDG_CACHE_HOME"_s, home + u"/cache"_s);
-        environment.insert(u"XDG_RUNTIME_DIR"_s, home + u"/runtime"_s);
-        environment.insert(u"TMPDIR"_s, home + u"/tmp"_s);
+        const QList<QPair<QString, QString>> folders{{u"XDG_CONFIG_HOME"_s, u"config"_s},
+                                                     {u"XDG_DATA_HOME"_s, u"data"_s},
+                                                     {u"XDG_CACHE_HOME"_s, u"cache"_s},
+                                                     {u"XDG_RUNTIME_DIR"_s, u"runtime"_s},
+                                                     {u"TMPDIR"_s, u"tmp"_s}};
+        for (const auto &[variable, dir] : folders) {
+            QDir(home).mkpath(dir);
+            environment.insert(variable, home + u'/' + dir);
+        }
+        QFile::setPermissions(home + u"/runtime"_s, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
         environment.insert(u"QT_QPA_PLATFORM"_s, u"offscreen"_s);
         environment.insert(u"QT_LOGGING_RULES"_s, u"quill.link.session.info=true"_s);
+        for (const QString &variable : extra)
+            environment.insert(variable, u"1"_s);
         process.setProcessEnvironment(environment);
-        process.setProgram(program());
+        process.start(program(), arguments);
+        QVERIFY(process.waitForStarted());
     }
 
 private slots:
@@ -41,21 +47,16 @@ private slots:
     {
         QVERIFY2(QFileInfo(program()).isExecutable(), qPrintable(program()));
         QProcess first;
-        prepare(first);
-        first.setArguments({u"--demo"_s});
-        first.start();
-        QVERIFY(first.waitForStarted());
         QString firstLog;
         connect(&first, &QProcess::readyReadStandardError, this,
                 [&] { firstLog += QString::fromLocal8Bit(first.readAllStandardError()); });
+        start(first, {u"--demo"_s});
         // It logs in to its own server with a token and reaches READY.
         QTRY_VERIFY2_WITH_TIMEOUT(firstLog.contains(u"State::Ready"_s), qPrintable(firstLog), 60000);
         QVERIFY(QFileInfo::exists(m_home.filePath(u"data/Tamsel Telecom Ltd/QuillConfig/demo-site.sqlite"_s)));
 
         QProcess second;
-        prepare(second);
-        second.setArguments({u"--demo"_s});
-        second.start();
+        start(second, {u"--demo"_s});
         QVERIFY(second.waitForFinished(30000));
         QCOMPARE(second.exitStatus(), QProcess::NormalExit);
         QCOMPARE(second.exitCode(), 0);
@@ -79,13 +80,8 @@ private slots:
         // without ever opening a session.
         for (int run = 1; run <= 2; ++run) {
             QProcess process;
-            prepare(process);
-            QProcessEnvironment environment = process.processEnvironment();
-            environment.insert(u"QUILL_TEST_LOGIN_ESCAPE"_s, u"1"_s); // Escape in the log-in dialog
-            process.setProcessEnvironment(environment);
-            process.setArguments({u"--server"_s, server, u"--user"_s, u"admin"_s});
-            process.start();
-            QVERIFY(process.waitForStarted());
+            // Escape in the log-in dialog as soon as it shows.
+            start(process, {u"--server"_s, server, u"--user"_s, u"admin"_s}, {u"QUILL_TEST_LOGIN_ESCAPE"_s});
             const bool ended = process.waitForFinished(15000);
             const QString log = QString::fromLocal8Bit(process.readAllStandardError());
             if (!ended) {
