@@ -3,6 +3,7 @@
 // typed (and still so after a restart), the order it writes, and the routing list that opens it.
 #include "frmRouting.h"
 #include "maintool.h"
+#include "modalwindow.h"
 #include "pluginhost.h"
 #include "recordlist.h"
 #include "serverfixture.h"
@@ -40,15 +41,6 @@ QString setFields(const QVariant &order, const QString &name, const QString &opt
     AddVar(command, u"Fields"_s, record);
     AddVar(command, u"Id"_s, id);
     return command;
-}
-
-// Runs body once the modal window that the next step opens is showing.
-void whenModalOpens(std::function<void(QWidget *)> body)
-{
-    QTimer::singleShot(0, [body] {
-        QTRY_VERIFY(QApplication::activeModalWidget());
-        body(QApplication::activeModalWidget());
-    });
 }
 
 // A translation that knows only the key the date and time tips share.
@@ -274,7 +266,7 @@ private slots:
         const int listed = list->list()->topLevelItemCount();
         QVERIFY(listed > 0);
 
-        whenModalOpens([](QWidget *window) {
+        answerModalWindow([](QWidget *window) {
             QTest::keyClicks(window->findChild<QLineEdit *>(u"rName"_s), u"Added from the list"_s);
             QTest::mouseClick(window->findChild<QPushButton *>(u"OK"_s), Qt::LeftButton);
         });
@@ -289,7 +281,7 @@ private slots:
         // Edited: name and destination change in place, and nothing more is asked.
         QTreeWidgetItem *first = list->list()->topLevelItem(0);
         list->list()->setCurrentItem(first);
-        whenModalOpens([](QWidget *window) {
+        answerModalWindow([](QWidget *window) {
             auto *name = window->findChild<QLineEdit *>(u"rName"_s);
             QTRY_VERIFY(!name->text().isEmpty()); // the record has arrived
             name->setText(u"Renamed"_s);
@@ -307,7 +299,7 @@ private slots:
         // A double-click opens it too; Cancel sends nothing and changes nothing.
         const QRect rect = list->list()->visualItemRect(first);
         QTest::mouseClick(list->list()->viewport(), Qt::LeftButton, {}, rect.center());
-        whenModalOpens([](QWidget *window) {
+        answerModalWindow([](QWidget *window) {
             QTest::mouseClick(window->findChild<QPushButton *>(u"Cancel"_s), Qt::LeftButton);
         });
         before = m_fixture->relay.commands().size();

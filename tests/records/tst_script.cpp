@@ -4,6 +4,7 @@
 #include "frmMain.h"
 #include "frmScript.h"
 #include "maintool.h"
+#include "modalwindow.h"
 #include "recordlist.h"
 #include "scriptedit.h"
 #include "serverfixture.h"
@@ -44,17 +45,6 @@ template <typename T> T *child(const QWidget *window, const QString &name)
     if (!found)
         qWarning("no %s", qPrintable(name));
     return found;
-}
-
-// Runs answer on the modal window once the list has opened it (exec() does not return until then).
-void answerWindow(std::function<void(QWidget *window)> answer, int triesLeft = 500)
-{
-    QTimer::singleShot(10, [answer, triesLeft] {
-        if (QWidget *window = QApplication::activeModalWidget())
-            answer(window);
-        else if (triesLeft > 0)
-            answerWindow(answer, triesLeft - 1);
-    });
 }
 
 // How the window is left.
@@ -221,7 +211,7 @@ private slots:
 
         // Add: a new script, then the whole list again, now with the new name.
         qsizetype mark = relay.commands().size();
-        answerWindow([](QWidget *window) {
+        answerModalWindow([](QWidget *window) {
             QCOMPARE(child<QLineEdit>(window, u"Tid"_s)->text(), u"-1"_s);
             child<QLineEdit>(window, u"sName"_s)->setText(u"From The List"_s);
             QTest::mouseClick(child<QPushButton>(window, u"OK"_s), Qt::LeftButton);
@@ -237,7 +227,7 @@ private slots:
         scripts->list()->setCurrentItem(found.first());
         const QString id = scripts->selectedId();
         mark = relay.commands().size();
-        answerWindow([id](QWidget *window) {
+        answerModalWindow([id](QWidget *window) {
             QCOMPARE(child<QLineEdit>(window, u"Tid"_s)->text(), id);
             auto *name = child<QLineEdit>(window, u"sName"_s);
             QTRY_COMPARE(name->text(), u"From The List"_s);
