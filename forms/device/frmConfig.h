@@ -1,0 +1,70 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// frmConfig: the property window of devices. It creates one device or a numbered range of them,
+// edits one device, or edits several at once (a field whose devices differ shows the mixed marker
+// and is left as each device has it). The row is read when the hidden Lid is set and stored with
+// one SetFields command per device.
+#pragma once
+
+#include "propertywindows.h"
+#include "recordform.h"
+#include "serverlink.h"
+#include "tipfilter.h"
+
+#include <QDialog>
+#include <QList>
+
+#include <memory>
+
+namespace Ui {
+class frmConfig;
+}
+class QCheckBox;
+
+class frmConfig : public QDialog, public IDataReceiver
+{
+    Q_OBJECT
+public:
+    explicit frmConfig(ServerLink &link, QWidget *parent = nullptr);
+    ~frmConfig() override;
+
+    // How the window closed, for the directory that opened it.
+    WindowResult outcome() const { return m_outcome; }
+
+    // Lid was set: reads the row ("-1" reads nothing back and starts from the new device's defaults).
+    void Lid_Change();
+    // The EXTS-EXT reply: fills every control from the row.
+    void DataArrived(const QString &SubRef, const QString &Message) override;
+    // Another kind: the pages and panels for it, and the title.
+    void Typ_Click();
+    void Ext_Change();
+    void Tabs_Click(int page);
+    // Stores the device, each device of a range, or the devices being edited.
+    void OK_Click();
+    void Cancel_Click();
+
+private:
+    void Form_Load();
+    QString idList() const;
+    bool isNew() const;
+    qsizetype selectionCount() const;
+    int kindIndex() const;
+    bool extensionPanelShown() const { return kindIndex() < 2; }
+    bool trunkPanelShown() const { return kindIndex() == 3; }
+    void showPagesForKind();
+    void updateTitle();
+    QString tipText(const ControlTip &tip) const;
+    QString buildRow() const;
+    void sendAll(const QStringList &commands);
+
+    ServerLink &m_link;
+    std::unique_ptr<Ui::frmConfig> m_ui;
+    QList<QCheckBox *> m_flags; // chk_0 .. chk_23
+    // One table per group of the row, each written only while its controls are shown.
+    RecordForm m_extensionFields;
+    RecordForm m_trunkFields;
+    RecordForm m_flagFields;
+    RecordForm m_absenceFields;
+    TipFilter *m_tips = nullptr;
+    QString m_loadedType; // Type of the row as loaded: the several-devices title names it
+    WindowResult m_outcome;
+};
