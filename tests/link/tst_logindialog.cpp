@@ -3,6 +3,7 @@
 // while connecting (what it says, and the ways out of it).
 #include "connectingdialog.h"
 #include "errorlog.h"
+#include "closedport.h"
 #include "isolation.h"
 #include "logindialog.h"
 #include "pluginhost.h"
@@ -55,13 +56,6 @@ QPushButton *button(LoginDialog *dialog, QDialogButtonBox::StandardButton which)
 }
 
 // An address where nothing listens: a port that was free a moment ago.
-QUrl closedPort()
-{
-    QTcpServer probe;
-    probe.listen(QHostAddress::LocalHost);
-    return QUrl(u"ws://127.0.0.1:%1"_s.arg(probe.serverPort()));
-}
-
 // A translator that brackets every text it is given.
 class BracketingTranslator : public QObject, public ITranslator
 {

@@ -2,6 +2,7 @@
 // The session against the reference server: log-in, wrong passwords, a server that dies and comes
 // back, a first connection that fails, and frames that only look like session frames.
 #include "errorlog.h"
+#include "closedport.h"
 #include "isolation.h"
 #include "listreplies.h"
 #include "logindialog.h"
@@ -84,13 +85,6 @@ private:
 };
 
 // An address where nothing listens: a port that was free a moment ago.
-QUrl closedPort()
-{
-    QTcpServer probe;
-    probe.listen(QHostAddress::LocalHost);
-    return QUrl(u"ws://127.0.0.1:%1"_s.arg(probe.serverPort()));
-}
-
 QString listScripts(const QString &ref)
 {
     return u"{Cmd=GetList}{Table=Scripts}{Ref="_s + ref + u"}{Fields=ScriptId,Id,Name,Script}{Sort=Name}"_s;
