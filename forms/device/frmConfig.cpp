@@ -2,10 +2,12 @@
 #include "frmConfig.h"
 #include "ui_frmConfig.h"
 
+#include "buttonspage.h"
 #include "configparts.h"
 #include "controls.h"
 #include "devicerecord.h"
 #include "errorlog.h"
+#include "eventspage.h"
 #include "guarded.h"
 #include "tagvalue.h"
 #include "tipfilter.h"
@@ -86,6 +88,13 @@ void frmConfig::Form_Load()
             m_flagFields.option(m_flags.at(index), boxes.at(index).tag);
     }
     m_absenceFields.option(m_ui->UseAbsence, u"UseAbsence"_s).text(m_ui->AbsenceText, u"AbsenceText"_s);
+    m_notesFields.text(m_ui->Notes, u"Notes"_s);
+
+    const auto editor = [this](const QString &request) { return editAction(request); };
+    m_buttons = new ButtonsPage(m_ui->Tip, editor);
+    m_ui->picPanel_4->layout()->addWidget(m_buttons);
+    m_events = new EventsPage(m_ui->Tip, editor);
+    m_ui->picPanel_5->layout()->addWidget(m_events);
 
     m_tips = new TipFilter(
         m_ui->Tip, ConfigParts::controlTips(), [this](const ControlTip &tip) { return tipText(tip); }, this);
@@ -156,7 +165,10 @@ void frmConfig::DataArrived(const QString &SubRef, const QString &Message)
         m_extensionFields.load(row);
         m_trunkFields.load(row);
         m_flagFields.load(row);
+        m_buttons->load(row);
+        m_events->load(row);
         m_absenceFields.load(row);
+        m_notesFields.load(row);
         showPagesForKind();
         updateTitle();
     });
@@ -213,9 +225,14 @@ QString frmConfig::buildRow() const
         m_trunkFields.save(row);
     if (m_ui->Tabs->isTabVisible(Page::Features))
         m_flagFields.save(row);
-    // The address books, buttons, events and campaigns come here, before the absence fields.
+    // The address books come before the buttons, the campaigns after the events.
+    if (m_ui->Tabs->isTabVisible(Page::Buttons))
+        m_buttons->save(row);
+    if (m_ui->Tabs->isTabVisible(Page::Events))
+        m_events->save(row);
     if (extensionPanelShown())
         m_absenceFields.save(row);
+    m_notesFields.save(row);
     return row;
 }
 
@@ -271,6 +288,12 @@ void frmConfig::sendAll(const QStringList &commands)
     if (commands.size() > 1)
         m_ui->Tip->setText(u" "_s);
     m_ui->OK->setEnabled(true);
+}
+
+ButtonResult frmConfig::editAction(const QString &request)
+{
+    frmButton editor(m_scripts, m_plugins, this);
+    return editor.Edit(request, u"Edit"_s);
 }
 
 void frmConfig::Cancel_Click()

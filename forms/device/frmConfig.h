@@ -5,6 +5,7 @@
 // one SetFields command per device.
 #pragma once
 
+#include "frmButton.h"
 #include "propertywindows.h"
 #include "recordform.h"
 #include "serverlink.h"
@@ -18,6 +19,8 @@
 namespace Ui {
 class frmConfig;
 }
+class ButtonsPage;
+class EventsPage;
 class QCheckBox;
 
 class frmConfig : public QDialog, public IDataReceiver
@@ -29,6 +32,11 @@ public:
 
     // How the window closed, for the directory that opened it.
     WindowResult outcome() const { return m_outcome; }
+
+    // What the action editor of a button or event row offers: the script catalogue as the main
+    // window keeps it, and the installed plug-ins. Both are empty until given.
+    void setScriptCatalogue(const QString &scripts) { m_scripts = scripts; }
+    void setPlugins(const frmButton::PluginList &plugins) { m_plugins = plugins; }
 
     // Lid was set: reads the row ("-1" reads nothing back and starts from the new device's defaults).
     void Lid_Change();
@@ -55,6 +63,7 @@ private:
     QString tipText(const ControlTip &tip) const;
     QString buildRow() const;
     void sendAll(const QStringList &commands);
+    ButtonResult editAction(const QString &request);
 
     ServerLink &m_link;
     std::unique_ptr<Ui::frmConfig> m_ui;
@@ -64,6 +73,11 @@ private:
     RecordForm m_trunkFields;
     RecordForm m_flagFields;
     RecordForm m_absenceFields;
+    RecordForm m_notesFields;
+    ButtonsPage *m_buttons = nullptr;
+    EventsPage *m_events = nullptr;
+    QString m_scripts;
+    frmButton::PluginList m_plugins;
     TipFilter *m_tips = nullptr;
     QString m_loadedType; // Type of the row as loaded: the several-devices title names it
     WindowResult m_outcome;

@@ -1,8 +1,10 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // The device window against quillserverd: the row a new device stores, byte for byte, for each kind;
 // ranges of numbers; several devices saved at once keeping what they do not share; the refused
-// empty number; the pages shown for each kind; and the titles.
+// empty number; the pages shown for each kind; the titles; the button count, the button and event
+// rows edited in the action editor, and a row the pages cannot show fully going back as it came.
 #include "frmConfig.h"
+#include "modalwindow.h"
 #include "msgboxanswers.h"
 #include "serverfixture.h"
 
@@ -10,8 +12,10 @@
 #include <QComboBox>
 #include <QLabel>
 #include <QLineEdit>
+#include <QPlainTextEdit>
 #include <QPushButton>
 #include <QTabWidget>
+#include <QTableWidget>
 
 namespace {
 
@@ -50,6 +54,34 @@ const Fields newDeviceFlags{
     {u"ViewBLF"_s, 1},     {u"AllowPickup"_s, 1},  {u"ViewTodo"_s, 1},  {u"ViewFeatures"_s, 1},
     {u"SetCallback"_s, 0}, {u"AllowReroute"_s, 0}, {u"Privacy"_s, 0},   {u"Administrator"_s, 0},
     {u"UsePBXName"_s, 0},  {u"RequireAgent"_s, 0}, {u"UseAbsence"_s, 0}};
+const Fields flagsBeforeButtons = newDeviceFlags.first(newDeviceFlags.size() - 1);
+const Fields absence{newDeviceFlags.constLast()};
+
+// A new device's buttons, as its defaults hold them: four and the preview button.
+const Fields newDeviceButtons{{u"Buttons"_s, u"4 buttons"_s},
+                              {u"btn0"_s, u"{Type(S13)=Answer/Hangup}{Display(S13)=Answer/Hangup}"_s},
+                              {u"btn1"_s, u"{Type(S13)=Answer/Hangup}{Display(S13)=Answer/Hangup}"_s},
+                              {u"btn2"_s, u"{Type(S11)=Hold/Unhold}{Display(S11)=Hold/Unhold}"_s},
+                              {u"btn3"_s, u"{Type(S12)=Show Contact}{Display(S12)=Show Contact}"_s},
+                              {u"btn4"_s, u"{Type(S6)=(None)}"_s}};
+
+// The flag boxes of an existing device whose row sets none of them, without the absence box.
+Fields clearFlags()
+{
+    Fields flags = flagsBeforeButtons;
+    for (auto &flag : flags)
+        flag.second = 0;
+    return flags;
+}
+
+// The texts of one column of a grid, from the first row to the last.
+QStringList column(QTableWidget *grid, int column)
+{
+    QStringList texts;
+    for (int row = 0; row < grid->rowCount(); ++row)
+        texts << grid->item(row, column)->text();
+    return texts;
+}
 
 } // namespace
 
@@ -73,6 +105,33 @@ class ConfigTest : public QObject
         for (const QString &entry : readList(m_fixture->fetch(u"MAIN-EXTS"_s)))
             devices.insert(getText(entry, u"Ext"_s), entry);
         return devices;
+    }
+
+    // The id of a new device stored for the tests that load their own row into the window.
+    int m_nextNumber = 5410;
+    QString storedDeviceId()
+    {
+        const QString ext = QString::number(m_nextNumber++);
+        m_fixture->create(u"Exts"_s, row({{u"Ext"_s, ext}, {u"Name"_s, u"Desk"_s}, {u"Type"_s, u"EXT"_s}}));
+        return getText(listedDevices().value(ext), u"Id"_s);
+    }
+    // The window as the reply with loaded would leave it, for the device (or devices) lid.
+    void loadRow(frmConfig &window, const QString &lid, const QString &loaded)
+    {
+        {
+            const QSignalBlocker quiet(child<QLineEdit>(window, u"Lid"_s));
+            child<QLineEdit>(window, u"Lid"_s)->setText(lid);
+        }
+        window.DataArrived(u"EXT"_s, loaded);
+    }
+    // Presses OK and answers the Fields of the command it sent.
+    QString storedFields(frmConfig &window)
+    {
+        const qsizetype before = sent().size();
+        QTest::mouseClick(child<QPushButton>(window, u"OK"_s), Qt::LeftButton);
+        if (!QTest::qWaitFor([&] { return sent().size() == before + 1; }, 20000))
+            return u"(nothing sent)"_s;
+        return getText(sent().constLast(), u"Fields"_s);
     }
 
 private slots:
@@ -105,7 +164,7 @@ private slots:
                       {u"pwd"_s, u"s3cret"_s},
                       {u"Assistant"_s, u"4101"_s},
                       {u"Mobile"_s, u"07700900123"_s}}
-            << (Fields{{u"Type"_s, u"EXT"_s}} + extension + newDeviceFlags);
+            << (Fields{{u"Type"_s, u"EXT"_s}} + extension + flagsBeforeButtons + newDeviceButtons + absence);
         QTest::newRow("trunk: department and its two boxes")
             << 3 << u"4130"_s << Fields{{u"Dept"_s, u"Lines"_s}, {u"chk_23"_s, true}}
             << Fields{{u"Type"_s, u"TRUNK"_s},
@@ -357,6 +416,154 @@ private slots:
             child<QLineEdit>(window, u"Ext"_s)->setText(u"77"_s);
             QVERIFY(window.windowTitle().endsWith(u": 77"_s));
         }
+    }
+
+    // The count list chooses by the number at the front of Buttons divided by 4; the grid has the
+    // preview row and one row per numbered button, all nine when the list shows no count.
+    void buttonCountChoosesTheRows_data()
+    {
+        QTest::addColumn<QString>("buttons");
+        QTest::addColumn<int>("choice");
+        QTest::addColumn<int>("numbered");
+        QTest::newRow("8 buttons") << u"8 buttons"_s << 2 << 8;
+        QTest::newRow("0 buttons") << u"0 buttons"_s << 0 << 0;
+        QTest::newRow("mixed") << u" "_s << -1 << 8;
+        QTest::newRow("12 buttons") << u"12 buttons"_s << -1 << 8;
+        QTest::newRow("abc") << u"abc"_s << -1 << 8;
+    }
+    void buttonCountChoosesTheRows()
+    {
+        QFETCH(QString, buttons);
+        QFETCH(int, choice);
+        QFETCH(int, numbered);
+        frmConfig window(m_fixture->link);
+        loadRow(window, u"17"_s,
+                row({{u"Ext"_s, u"9001"_s},
+                     {u"Type"_s, u"EXT"_s},
+                     {u"Buttons"_s, buttons},
+                     {u"btn2"_s, u"{Type(S6)=Hangup}{Display(S3)=End}"_s}}));
+        auto *style = child<QComboBox>(window, u"btnStyle"_s);
+        QCOMPARE(style->currentIndex(), choice);
+        QCOMPARE(style->itemText(2), u"8 buttons"_s);
+        QStringList names{u"Preview"_s};
+        for (int n = 1; n <= numbered; ++n)
+            names << u"Button %1"_s.arg(n);
+        auto *grid = child<QTableWidget>(window, u"btnGrid"_s);
+        QCOMPARE(column(grid, 1), names);
+        QCOMPARE(grid->item(0, 0)->text(), u"btnContact"_s);
+        if (numbered >= 2)
+            QCOMPARE(grid->item(2, 2)->text(), u"End"_s);
+    }
+
+    // A row opens in the action editor with its Index and its action, and takes what the editor
+    // answers; a cleared event leaves Events, and with no event left no Events is sent; "No buttons"
+    // keeps only the preview button.
+    void rowsAreEditedInTheActionEditor_data()
+    {
+        QTest::addColumn<QString>("events");
+        QTest::addColumn<QString>("storedEvents"); // empty: no Events sent
+        const QString startup = u"{Type(S8)=(Script)}{Script(S7)=Welcome}"_s;
+        const QString newCall = u"{Type(S8)=(Script)}{Script(S6)=Lookup}"_s;
+        QTest::newRow("other events stay")
+            << row({{u"Startup"_s, startup}, {u"NewCall"_s, newCall}}) << row({{u"NewCall"_s, newCall}});
+        QTest::newRow("the only event") << row({{u"Startup"_s, startup}}) << QString();
+    }
+    void rowsAreEditedInTheActionEditor()
+    {
+        QFETCH(QString, events);
+        QFETCH(QString, storedEvents);
+        frmConfig window(m_fixture->link);
+        window.show();
+        QVERIFY(QTest::qWaitForWindowActive(&window));
+        const QString speedDial = u"{Type(S10)=Speed Dial}{Display(S4)=Boss}{Number(S3)=123}"_s;
+        loadRow(window, storedDeviceId(),
+                row({{u"Ext"_s, u"5410"_s},
+                     {u"Type"_s, u"EXT"_s},
+                     {u"Name"_s, u"Desk"_s},
+                     {u"Buttons"_s, u"4 buttons"_s},
+                     {u"btn3"_s, speedDial},
+                     {u"Events"_s, events}}));
+        auto *tabs = child<QTabWidget>(window, u"Tabs"_s);
+        tabs->setCurrentIndex(4);
+        auto *grid = child<QTableWidget>(window, u"btnGrid"_s);
+        QString shownNumber;
+        int shownIndex = -1;
+        answerModalWindow([&shownNumber, &shownIndex](QWidget *editor) {
+            shownIndex = qobject_cast<frmButton *>(editor)->outcome().index;
+            shownNumber = editor->findChild<QLineEdit *>(u"btnNumber"_s)->text();
+            editor->findChild<QLineEdit *>(u"btnDisplay"_s)->setText(u"Chief"_s);
+            QTest::mouseClick(editor->findChild<QPushButton *>(u"OK"_s), Qt::LeftButton);
+        });
+        const QPoint cell = grid->visualItemRect(grid->item(3, 2)).center();
+        QTest::mouseClick(grid->viewport(), Qt::LeftButton, {}, cell);
+        QTest::mouseDClick(grid->viewport(), Qt::LeftButton, {}, cell);
+        QCOMPARE(shownIndex, 4); // the preview row is Index 1
+        QCOMPARE(shownNumber, u"123"_s);
+        QCOMPARE(column(grid, 2), (QStringList{{}, {}, {}, u"Chief"_s, {}}));
+
+        tabs->setCurrentIndex(5);
+        auto *eventGrid = child<QTableWidget>(window, u"evtGrid"_s);
+        QCOMPARE(column(eventGrid, 0).first(2), (QStringList{u"Startup"_s, u"NewCall"_s}));
+        QCOMPARE(eventGrid->item(0, 2)->text(), u"Welcome"_s);
+        answerModalWindow([](QWidget *editor) {
+            auto *kind = editor->findChild<QComboBox *>(u"btnType"_s);
+            kind->setCurrentIndex(kind->findText(u"(None)"_s));
+            QTest::mouseClick(editor->findChild<QPushButton *>(u"OK"_s), Qt::LeftButton);
+        });
+        eventGrid->setCurrentCell(0, 1);
+        eventGrid->setFocus();
+        QTest::keyClick(eventGrid, Qt::Key_Return);
+        QCOMPARE(eventGrid->item(0, 2)->text(), QString());
+
+        child<QComboBox>(window, u"btnStyle"_s)->setCurrentIndex(0);
+        QCOMPARE(grid->rowCount(), 1);
+        Fields expected =
+            Fields{{u"Type"_s, u"EXT"_s}} + clearFlags() + Fields{{u"Buttons"_s, u"0 buttons"_s}};
+        if (!storedEvents.isEmpty())
+            expected.append({u"Events"_s, storedEvents});
+        QCOMPARE(storedFields(window), row(expected + absence + Fields{{u"Name"_s, u"Desk"_s}}));
+    }
+
+    // What the pages cannot show fully, saved untouched, goes back exactly as it came: a count the
+    // list does not offer, an action that is no tagged-value string, an event the grid does not
+    // list; a field the devices do not share is left out.
+    void untouchedRowsGoBackAsTheyCame_data()
+    {
+        QTest::addColumn<QString>("lid");
+        QTest::addColumn<QString>("came"); // the rows of the Buttons and Events pages
+        QTest::addColumn<QString>("sent");
+        const QString hangup = u"{Type(S6)=Hangup}{Display(S3)=End}"_s;
+        const QString buttons = row({{u"btn0"_s, hangup}, {u"btn1"_s, hangup}, {u"btn8"_s, hangup}});
+        QTest::newRow("12 buttons") << QString() << u"{Buttons(S10)=12 buttons}"_s + buttons
+                                    << u"{Buttons(S10)=12 buttons}"_s + buttons;
+        QTest::newRow("abc") << QString() << u"{Buttons(S3)=abc}"_s + buttons
+                             << u"{Buttons(S3)=abc}"_s + buttons;
+        const QString bad = u"{Buttons(S9)=8 buttons}{btn3(S18)={Type(S40)=Hangup}}"_s;
+        QTest::newRow("btn3 no tagged value") << QString() << bad << bad;
+        const QString events =
+            row({{u"Events"_s, row({{u"Lunch"_s, u"{Type(S8)=(Script)}{Script(S5)=Break}"_s},
+                                    {u"NewCall"_s, u"{Type(S8)=(Script)}{Script(S6)=Lookup}"_s}})}});
+        QTest::newRow("unknown event")
+            << QString() << u"{Buttons(S9)=0 buttons}"_s + events << u"{Buttons(S9)=0 buttons}"_s + events;
+        QTest::newRow("several, mixed")
+            << u"several"_s
+            << u"{Buttons(S1)= }{btn0(S1)= }"_s + row({{u"btn1"_s, hangup}}) + u"{Events(S1)= }"_s
+            << row({{u"btn1"_s, hangup}});
+    }
+    void untouchedRowsGoBackAsTheyCame()
+    {
+        QFETCH(QString, lid);
+        QFETCH(QString, came);
+        QFETCH(QString, sent);
+        QString id = storedDeviceId();
+        if (!lid.isEmpty())
+            id += u',' + storedDeviceId();
+        const QString notes = row({{u"Notes"_s, u"Key under the mat\r\nDesk by the window"_s}});
+        frmConfig window(m_fixture->link);
+        loadRow(window, id, u"{Ext(S4)=5420}{Name(S4)=Desk}{Type(S3)=EXT}"_s + came + notes);
+        QVERIFY(child<QPlainTextEdit>(window, u"Notes"_s)->toPlainText().contains(u'\n'));
+        QCOMPARE(storedFields(window), row(Fields{{u"Type"_s, u"EXT"_s}} + clearFlags()) + sent +
+                                           row(absence) + notes + u"{Name(S4)=Desk}"_s);
     }
 };
 
