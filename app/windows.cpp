@@ -2,6 +2,7 @@
 #include "windows.h"
 
 #include "Errors.h"
+#include "frmConfig.h"
 #include "frmMain.h"
 #include "frmRouting.h"
 #include "frmScript.h"
@@ -15,11 +16,12 @@
 
 namespace {
 
-// Opens a record window modally on idText (written into its hidden Tid, which starts the read) and
-// gives back how it closed.
-template <typename Window> WindowResult runModal(Window &window, const QString &idText)
+// Opens a record window modally on idText (written into its hidden Tid, or Lid for devices, which
+// starts the read) and gives back how it closed.
+template <typename Window>
+WindowResult runModal(Window &window, const QString &idText, const QString &idField = QStringLiteral("Tid"))
 {
-    if (auto *tid = window.template findChild<QLineEdit *>(QStringLiteral("Tid")))
+    if (auto *tid = window.template findChild<QLineEdit *>(idField))
         tid->setText(idText);
     window.exec();
     return window.outcome();
@@ -31,6 +33,13 @@ void registerWindows(frmMain &main, ServerLink &link)
 {
     PropertyWindows &windows = main.propertyWindows();
 
+    // Devices: the id text goes into Lid. The action editor of the Buttons and Events pages offers
+    // the scripts of the main window's list.
+    windows.setOpener(QStringLiteral("Exts"), [&link, &main](const QString &idText, QWidget *parent) {
+        frmConfig window(link, parent);
+        window.setScriptCatalogue(main.recordList(RecordKind::Scripts)->reply());
+        return runModal(window, idText, QStringLiteral("Lid"));
+    });
     windows.setOpener(QStringLiteral("Scripts"), [&link](const QString &idText, QWidget *parent) {
         frmScript window(link, parent);
         return runModal(window, idText);

@@ -262,6 +262,10 @@ void frmConfig::OK_Click()
     if (isNew()) {
         // The window stays for the next device; closing it now makes the directory ask again.
         m_outcome = WindowResult::savedNew();
+        if (m_stopSending) {
+            QDialog::reject(); // cancelled part-way through a range
+            return;
+        }
         m_ui->Tabs->setCurrentIndex(Page::General);
         m_ui->Ext->clear();
         m_ui->Ext->setFocus();
@@ -274,19 +278,27 @@ void frmConfig::OK_Click()
 
 void frmConfig::sendAll(const QStringList &commands)
 {
-    // A range may be a hundred devices: the window keeps painting between them, without taking
-    // another OK meanwhile.
+    // A range may be a hundred devices: the window keeps painting between them and takes Cancel,
+    // which stops after the device being sent; no other input reaches the row meanwhile.
     m_ui->OK->setEnabled(false);
-    for (qsizetype index = 0; index < commands.size(); ++index) {
+    const bool topEnabled = m_ui->TopPanel->isEnabled();
+    m_ui->TopPanel->setEnabled(false);
+    m_ui->Tabs->setEnabled(false);
+    m_sending = true;
+    m_stopSending = false;
+    for (qsizetype index = 0; index < commands.size() && !m_stopSending; ++index) {
         if (commands.size() > 1)
             m_ui->Tip->setText(Translate({}, u"Saving <1> of <2>..."_s, QString::number(index + 1),
                                          QString::number(commands.size())));
         m_link.SendCommand(commands.at(index));
         if (index + 1 < commands.size())
-            QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents);
+            QCoreApplication::processEvents();
     }
+    m_sending = false;
     if (commands.size() > 1)
         m_ui->Tip->setText(u" "_s);
+    m_ui->Tabs->setEnabled(true);
+    m_ui->TopPanel->setEnabled(topEnabled);
     m_ui->OK->setEnabled(true);
 }
 
@@ -300,4 +312,13 @@ void frmConfig::Cancel_Click()
 {
     // After new devices were saved the outcome says so, and the directory asks for its list again.
     reject();
+}
+
+void frmConfig::reject()
+{
+    if (m_sending) {
+        m_stopSending = true;
+        return;
+    }
+    QDialog::reject();
 }

@@ -49,6 +49,9 @@ public:
     // Stores the device, each device of a range, or the devices being edited.
     void OK_Click();
     void Cancel_Click();
+    // Cancel, Esc or the close box: while a range is being sent, the sending stops after the
+    // current device and the window closes then.
+    void reject() override;
 
 private:
     void Form_Load();
@@ -81,4 +84,6 @@ private:
     TipFilter *m_tips = nullptr;
     QString m_loadedType; // Type of the row as loaded: the several-devices title names it
     WindowResult m_outcome;
+    bool m_sending = false;
+    bool m_stopSending = false;
 };

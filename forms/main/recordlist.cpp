@@ -142,6 +142,7 @@ void RecordList::setSecondColumnText(std::function<QString(const QString &)> dis
 void RecordList::fill(const QString &message)
 {
     const Kind &info = kindInfo();
+    m_reply = message;
     // Book moves not yet stored survive a refill (after adding a book, say); new books go last.
     const QStringList shownOrder = ids();
     const bool keepLocalOrder = info.movesLocally && shownOrder != m_storedOrder;
@@ -184,6 +185,7 @@ void RecordList::fill(const QString &message)
 void RecordList::clear()
 {
     m_list->clear();
+    m_reply.clear();
     m_storedOrder.clear();
     updateButtons();
 }

@@ -42,6 +42,9 @@ public:
     QString selectedId() const; // empty when nothing is selected
     QStringList ids() const;    // in list order
     QStringList names() const;  // the entries' texts, in list order
+    // The last list reply as the server sent it (ListCount, List1..n): the scripts are offered so
+    // to the device window's action editor.
+    QString reply() const { return m_reply; }
     // A record saved by its window: its text and second column change in place.
     bool updateEntry(const QString &id, const QString &name, const QString &second = {});
     // How the second column shows its value (the address-book type code as the plug-in's name).
@@ -79,5 +82,6 @@ private:
     QTreeWidget *m_list;
     ButtonRow *m_buttons = nullptr;
     std::function<QString(const QString &)> m_secondText;
+    QString m_reply;
     QStringList m_storedOrder; // ids in the order of the last reply (or the last saved order)
 };
