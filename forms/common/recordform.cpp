@@ -39,6 +39,17 @@ QString textOf(const QWidget *box)
     return {};
 }
 
+// Appends to record every top-level entry of original whose tag is not among known (any case),
+// exactly as it stood there.
+void appendOtherEntries(QString &record, const QString &original, const QStringList &known)
+{
+    const QList<TagEntry> entries = splitEntries(original);
+    for (const TagEntry &entry : entries) {
+        if (!known.contains(entry.name, Qt::CaseInsensitive))
+            record += entryText(entry);
+    }
+}
+
 } // namespace
 
 RecordForm &RecordForm::text(QWidget *box, const QString &tag, const QString &defaultValue, Flags flags)
@@ -170,14 +181,6 @@ void RecordForm::collect(RecordEntries &entries) const
     }
 }
 
-QStringList RecordForm::tags() const
-{
-    QStringList result;
-    for (const Field &field : m_fields)
-        result.append(field.tag);
-    return result;
-}
-
 QString RecordForm::assemble(const QStringList &order, const RecordEntries &entries, const QString &original)
 {
     QString record;
@@ -185,13 +188,4 @@ QString RecordForm::assemble(const QStringList &order, const RecordEntries &entr
         record += entries.value(tag.toLower());
     appendOtherEntries(record, original, order);
     return record;
-}
-
-void appendOtherEntries(QString &record, const QString &original, const QStringList &known)
-{
-    const QList<TagEntry> entries = splitEntries(original);
-    for (const TagEntry &entry : entries) {
-        if (!known.contains(entry.name, Qt::CaseInsensitive))
-            record += entryText(entry);
-    }
 }

@@ -57,8 +57,6 @@ public:
     // The written fields as entries, for a record assembled from several forms.
     void collect(RecordEntries &entries) const;
 
-    QStringList tags() const;
-
     // A record of the entries in order, followed by every top-level entry of original whose tag is
     // not in order, written back exactly as it stood (so a value the tool does not show keeps its
     // text and type).
@@ -84,7 +82,3 @@ private:
 };
 
 Q_DECLARE_OPERATORS_FOR_FLAGS(RecordForm::Flags)
-
-// Appends to record every top-level entry of original whose tag is not among known (any case),
-// exactly as it stood there.
-void appendOtherEntries(QString &record, const QString &original, const QStringList &known);

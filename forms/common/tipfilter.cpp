@@ -32,15 +32,6 @@ QStringList TipFilter::watch(QWidget *root)
     return missing;
 }
 
-QString TipFilter::textFor(const QString &control) const
-{
-    for (const ControlTip &tip : m_table) {
-        if (tip.control == control)
-            return textOf(tip);
-    }
-    return {};
-}
-
 QString TipFilter::textOf(const ControlTip &tip) const
 {
     return m_textOf ? m_textOf(tip) : Translate(tip.key, tip.text);

@@ -35,8 +35,6 @@ public:
     // Watches every control of the table found under root (a list's viewport too, where its
     // clicks land). Returns the names that were not found.
     QStringList watch(QWidget *root);
-    // The text the tip area shows for a control of the table (empty for any other).
-    QString textFor(const QString &control) const;
 
 protected:
     bool eventFilter(QObject *watched, QEvent *event) override;
