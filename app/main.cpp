@@ -4,6 +4,7 @@
 #include "embeddedserver.h"
 #include "errorlog.h"
 #include "logindialog.h"
+#include "pluginhost.h"
 #include "serverlink.h"
 #include "startup.h"
 #include "translate.h"
@@ -78,6 +79,7 @@ int main(int argc, char *argv[])
     QLockFile lock(Startup::lockFilePath());
     if (!Startup::acquireSingleInstance(lock))
         return 0; // another copy is running: end silently
+    PluginHost::registerShippedPlugins(); // the shipped address books join the installed plug-ins
 
     // Log lines carry the name the program was started under (hlconfig for Halyard), from the first.
     const QString executable = QString::fromLocal8Bit(argv[0]);

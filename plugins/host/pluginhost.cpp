@@ -48,15 +48,25 @@ QStringList classesOf(const QJsonObject &loaderMetaData)
     return names;
 }
 
-// Reads each plug-in's metadata without loading it; the first folder to provide a class wins.
-void indexFolder(const QString &folder, ClassIndex &index)
+// The libraries in folder, by name.
+QStringList libraryFiles(const QString &folder)
 {
+    QStringList libraries;
     const QDir dir(folder);
     const QStringList files = dir.entryList(QDir::Files | QDir::Readable, QDir::Name);
     for (const QString &name : files) {
         const QString path = dir.absoluteFilePath(name);
-        if (!QLibrary::isLibrary(path))
-            continue;
+        if (QLibrary::isLibrary(path))
+            libraries.append(path);
+    }
+    return libraries;
+}
+
+// Reads each plug-in's metadata without loading it; the first folder to provide a class wins.
+void indexFolder(const QString &folder, ClassIndex &index)
+{
+    const QStringList files = libraryFiles(folder);
+    for (const QString &path : files) {
         const QStringList names = classesOf(QPluginLoader(path).metaData());
         for (const QString &className : names) {
             const QString key = className.toCaseFolded();
@@ -110,6 +120,42 @@ QStringList searchFolders()
     for (const QString &folder : extraFolders)
         folders.append(folder);
     return folders;
+}
+
+QStringList registerShippedPlugins()
+{
+    // Every code listed, added before, or already met in an earlier folder, in upper case.
+    QSet<QString> known;
+    for (const auto &[code, name] : installedPlugins())
+        known.insert(code.toUpper());
+    QSettings settings(OrganisationName.toString());
+    settings.beginGroup(RegisteredGroup.toString());
+    const QStringList registeredBefore = settings.childKeys();
+    settings.endGroup();
+    for (const QString &code : registeredBefore)
+        known.insert(code.toUpper());
+
+    QStringList added;
+    const QStringList folders = searchFolders();
+    for (const QString &folder : folders) {
+        const QStringList files = libraryFiles(folder);
+        for (const QString &path : files) {
+            const QJsonObject metaData = QPluginLoader(path).metaData().value(u"MetaData"_s).toObject();
+            const QJsonObject book = metaData.value(u"addressBook"_s).toObject();
+            const QString code = book.value(u"code"_s).toString().trimmed();
+            // A settings key cannot hold a slash: such a code could never be looked up again.
+            if (code.isEmpty() || code.contains(u'/') || code.contains(u'\\') || known.contains(code.toUpper()))
+                continue;
+            const QString name = book.value(u"name"_s).toString().trimmed();
+            const QString shown = name.isEmpty() ? code : name;
+            settings.setValue(PluginsGroup.toString() + u'/' + code, shown);
+            settings.setValue(RegisteredGroup.toString() + u'/' + code, shown);
+            known.insert(code.toUpper());
+            added.append(code);
+            qCInfo(lcPluginHost) << "registered the address book" << code << "of" << path;
+        }
+    }
+    return added;
 }
 
 void forgetScan()

@@ -62,6 +62,17 @@ inline constexpr QStringView PluginsGroup = u"Plugins";
 // The installed plug-ins as (type code, display name), in the order the settings give them.
 QList<std::pair<QString, QString>> installedPlugins();
 
+// Where registerShippedPlugins notes each code it has added (value name = code, value = display
+// name), so that a plug-in the site removed from the list stays removed.
+inline constexpr QStringView RegisteredGroup = u"PluginsRegistered";
+
+// Adds the address-book plug-ins of the search folders to the installed plug-ins, from each
+// plug-in's metadata entry "addressBook": {"code": "CSV", "name": "CSV file"} (read without loading
+// the plug-in; the first folder to provide a code wins). A code the site lists already, under
+// either organisation name and in any case, keeps its entry, and a code added once is not added
+// again. Returns the codes added.
+QStringList registerShippedPlugins();
+
 // The folders searched for plug-ins: "<appdir>/plugins", then every folder of QUILL_PLUGIN_PATH.
 QStringList searchFolders();
 // Forgets the cached scan of the folders, so the next CreateObject looks again.

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The shipped address-book plug-ins as the tool meets them: created by class name and configured
-// at each level through their own dialogs.
+// The shipped address-book plug-ins as the tool meets them: listed among the installed plug-ins at
+// start-up, created by class name and configured at each level through their own dialogs.
 #include "isolation.h"
 #include "modalwindow.h"
 #include "pluginhost.h"
@@ -85,6 +85,12 @@ private:
         return plugin->Configure(level, vars, &m_owner);
     }
 
+    static void clearSettings()
+    {
+        for (const QString &organisation : {u"Tamsel Telecom Ltd"_s, u"Pellam Software Ltd"_s})
+            QSettings(organisation).clear();
+    }
+
 private slots:
     void initTestCase()
     {
@@ -94,6 +100,34 @@ private slots:
         PluginHost::forgetScan();
         m_owner.setObjectName(u"frmAB"_s);
         QLocale::setDefault(QLocale::c()); // sizes in messages written as "80.0"
+    }
+
+    void shippedBooksJoinTheInstalledPluginsOnce()
+    {
+        clearSettings();
+        QCOMPARE(PluginHost::registerShippedPlugins(), (QStringList{u"CSV"_s, u"Folder"_s}));
+        const QList<std::pair<QString, QString>> shipped{{u"CSV"_s, u"CSV file"_s},
+                                                         {u"Folder"_s, u"Contacts folder"_s}};
+        QCOMPARE(PluginHost::installedPlugins(), shipped);
+        // The class each code names is the one the plug-in provides.
+        for (const auto &[code, name] : shipped)
+            QVERIFY2(session(u"plg"_s + code + u".Session"_s), qPrintable(code));
+
+        // What the site changed stays changed: a renamed entry (in any case of its code), one
+        // removed, one kept under the company's former name.
+        clearSettings();
+        QSettings(u"Tamsel Telecom Ltd"_s).setValue(u"Plugins/csv"_s, u"Price list"_s);
+        QSettings(u"Pellam Software Ltd"_s).setValue(u"Plugins/FOLDER"_s, u"Shared contacts"_s);
+        QCOMPARE(PluginHost::registerShippedPlugins(), QStringList());
+        const QList<std::pair<QString, QString>> sites{{u"csv"_s, u"Price list"_s},
+                                                       {u"FOLDER"_s, u"Shared contacts"_s}};
+        QCOMPARE(PluginHost::installedPlugins(), sites);
+
+        clearSettings();
+        QCOMPARE(PluginHost::registerShippedPlugins().size(), 2);
+        QSettings(u"Tamsel Telecom Ltd"_s).remove(u"Plugins/Folder"_s);
+        QCOMPARE(PluginHost::registerShippedPlugins(), QStringList());
+        QCOMPARE(PluginHost::installedPlugins(), shipped.mid(0, 1));
     }
 
     void csvBookDialogShowsWhatTheFileHolds_data()
