@@ -10,7 +10,9 @@
 #include <QFileInfo>
 #include <QHeaderView>
 #include <QLocale>
+#include <QSignalBlocker>
 
+#include <algorithm>
 #include <array>
 
 using namespace Qt::StringLiterals;
@@ -79,8 +81,8 @@ CsvBookDialog::CsvBookDialog(QWidget *parent)
     m_ui->setupUi(this);
     m_ui->tblPreview->setModel(m_preview);
     m_ui->tblPreview->verticalHeader()->setDefaultSectionSize(fontMetrics().height() + 6);
-    // Columns as wide as their first rows (a long note no wider than a third of the table), the
-    // last one to the table's edge.
+    // Columns as wide as their first rows, though none wider than forty letters; the last one
+    // reaches the table's edge.
     m_ui->tblPreview->horizontalHeader()->setSectionResizeMode(QHeaderView::ResizeToContents);
     m_ui->tblPreview->horizontalHeader()->setMaximumSectionSize(fontMetrics().averageCharWidth() * 40);
     m_ui->cboSeparator->addItem(tr("Commas (,)"), separators[0].word);

@@ -36,14 +36,6 @@ template <typename T> T *child(QWidget *window, const QString &name)
     return found;
 }
 
-QStringList comboTexts(QComboBox *box)
-{
-    QStringList texts;
-    for (int i = 0; i < box->count(); ++i)
-        texts << box->itemText(i);
-    return texts;
-}
-
 } // namespace
 
 class TestBookPlugins : public QObject
@@ -253,12 +245,10 @@ private slots:
             shown << child<QLineEdit>(dialog, u"txtFile"_s)->text();
             for (const QString &name : {u"cboName"_s, u"cboCompany"_s, u"cboNumber"_s})
                 shown << child<QComboBox>(dialog, name)->currentText();
-            shown << comboTexts(child<QComboBox>(dialog, u"cboNumber"_s)).join(u'|');
             QTest::mouseClick(child<QPushButton>(dialog, u"OK"_s), Qt::LeftButton);
         });
         // A column left empty when saved stays unchosen.
-        QCOMPARE(shown, (QStringList{path, u"(None)"_s, u"Company"_s, u"Office"_s,
-                                     u"(None)|Name|Office|Mobile|Company"_s}));
+        QCOMPARE(shown, (QStringList{path, u"(None)"_s, u"Company"_s, u"Office"_s}));
         QCOMPARE(getText(after, u"NumberColumn"_s), u"Office"_s);
         QCOMPARE(getText(after, u"Caption"_s), path);
         QVERIFY(GetVar(after, u"NameColumn"_s).isNull());
