@@ -2,10 +2,13 @@
 #include "windows.h"
 
 #include "Errors.h"
+#include "frmAB.h"
+#include "frmCombo.h"
 #include "frmConfig.h"
 #include "frmMain.h"
 #include "frmRouting.h"
 #include "frmScript.h"
+#include "pluginhost.h"
 #include "propertywindows.h"
 #include "recordlist.h"
 
@@ -43,6 +46,19 @@ void registerWindows(frmMain &main, ServerLink &link)
     windows.setOpener(QStringLiteral("Scripts"), [&link](const QString &idText, QWidget *parent) {
         frmScript window(link, parent);
         return runModal(window, idText);
+    });
+    // Address books: a public one from the main window's list, a device's private one ("-2:" and its
+    // record) from the device window, which receives the book back in the result.
+    windows.setOpener(QStringLiteral("AB"), [&link](const QString &idText, QWidget *parent) {
+        frmAB window(link, PluginHost::installedPlugins(), parent);
+        return runModal(window, idText);
+    });
+    // The choice dialog answers through the dispatcher, as the server would: the window that asked
+    // hears it there, so the result here is always "nothing saved".
+    windows.setOpener(QStringLiteral("Combo"), [&link](const QString &request, QWidget *parent) {
+        frmCombo window(link, parent);
+        window.DataArrived(request);
+        return WindowResult::cancelled();
     });
     // A routing condition offers the main window's address books, and a condition saved here takes
     // the place after the last one listed.

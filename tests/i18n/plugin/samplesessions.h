@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // A plug-in with two session classes behind one factory: "plgSample.Session" has settings for
-// users only, "plgSampleAction.Session" for button actions only.
+// users only, "plgSampleAction.Session" for button actions only, "plgSampleData.Session" for a book's data source.
 #pragma once
 
 #include "pluginhost.h"
