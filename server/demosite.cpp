@@ -220,14 +220,24 @@ Record extension(int number, const Department &dept)
     addButtons(r, d);
     addEvents(r, d);
     r.set(u"NewAB"_s, d == u"Sales"_s ? u"Customers"_s : u"(Directory)"_s);
-    r.flag(u"CustomersUse"_s, d != u"Warehouse"_s);
-    r.flag(u"HauliersUse"_s, d == u"Transport"_s || d == u"Warehouse"_s || manager);
+    // The books by their place in the list, as the device window reads them (Customers, Hauliers,
+    // Staff by name), and by name, as the clients of the same site read them.
+    const bool customers = d != u"Warehouse"_s;
+    const bool hauliers = d == u"Transport"_s || d == u"Warehouse"_s || manager;
+    r.flag(u"AB1Use"_s, customers).flag(u"AB2Use"_s, hauliers).flag(u"AB3Use"_s, true);
+    r.flag(u"CustomersUse"_s, customers);
+    r.flag(u"HauliersUse"_s, hauliers);
     r.flag(u"StaffUse"_s, true);
     if (manager && lead) {
+        // A private book keeps its whole record, as the address-book window hands it back.
         Record personal;
         personal.set(u"ABName"_s, u"Board contacts"_s);
         personal.set(u"Vars"_s,
-                     Record().set(u"Type"_s, u"CSV"_s).set(u"Caption"_s, u"H:\\board-contacts.csv"_s));
+                     Record()
+                         .set(u"Type"_s, u"CSV"_s)
+                         .set(u"Name"_s, u"Board contacts"_s)
+                         .set(u"Options"_s,
+                              Record().set(u"UseLive"_s, 1).set(u"Caption"_s, u"H:\\board-contacts.csv"_s)));
         r.set(u"PrivateAB"_s, Record().set(u"AB1"_s, personal));
     }
     if (d == u"Sales"_s) {
