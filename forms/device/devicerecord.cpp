@@ -159,26 +159,31 @@ QList<PlannedDevice> sendingPlan(const QString &number, const QString &name, boo
 
 QStringList storeCommands(const QString &fields, const QString &idList, const QList<PlannedDevice> &plan)
 {
-    // One row and one command, rewritten for each device: Ext and Name move to the row's end and
-    // Fields and Id to the command's, so every command reads the same way.
-    QString row = fields;
-    QString command = u"{Cmd=SetFields}{Table=Exts}"_s;
+    // Ext and Name are written after the row rather than into it: writing a tag removes its first
+    // entry anywhere in the text, a nested one included.
     QStringList commands;
     for (const PlannedDevice &device : plan) {
+        QString identity;
         if (!device.ext.isEmpty())
-            AddVar(row, u"Ext"_s, device.ext);
+            AddVar(identity, u"Ext"_s, device.ext);
         // A name still showing the mixed marker is left out, so each device keeps its own.
-        SetOption(row, u"Name"_s, device.name);
-        AddVar(command, u"Fields"_s, row);
+        SetOption(identity, u"Name"_s, device.name);
+        QString command = u"{Cmd=SetFields}{Table=Exts}"_s;
+        AddVar(command, u"Fields"_s, QString(fields + identity));
         AddVar(command, u"Id"_s, idList);
         commands.append(command);
     }
     return commands;
 }
 
+QString campaignDoneMark()
+{
+    return u" (Done)"_s;
+}
+
 QStringList addCampaignChoice(QStringList entries, const QString &choice)
 {
-    static const QString doneMark = u" (Done)"_s;
+    const QString doneMark = campaignDoneMark();
     for (qsizetype i = 0; i < entries.size(); ++i) {
         const qsizetype mark = entries.at(i).indexOf(doneMark);
         const QString name = mark < 0 ? entries.at(i) : entries.at(i).left(mark);

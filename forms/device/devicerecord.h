@@ -61,9 +61,13 @@ struct PlannedDevice
 // and with every "#" removed. Empty when the number is empty: the window says so and sends nothing.
 QList<PlannedDevice> sendingPlan(const QString &number, const QString &name, bool newDevice);
 // The store commands for a plan: fields is the row built from the pages, idList the window's id
-// list ("-1" for new devices).
+// list ("-1" for new devices). Each device's Ext and Name follow fields without touching them, so
+// a record nested in the row (a private address book has a Name of its own) stays whole.
 QStringList storeCommands(const QString &fields, const QString &idList, const QList<PlannedDevice> &plan);
 
+// The mark after a done campaign's name that saving recognises: " (Done)", in English whatever
+// language the list shows it in.
+QString campaignDoneMark();
 // The device's campaign entries after the choice dialog answered with choice: the first entry
 // naming it (any case, with or without its " (Done)" mark) goes, and the choice is appended unmarked.
 QStringList addCampaignChoice(QStringList entries, const QString &choice);

@@ -132,6 +132,12 @@ private slots:
             u"{Dept(S5)=Sales}"_s, u"7,8,9"_s, DeviceRecord::sendingPlan(u"7"_s, u" "_s, false));
         QCOMPARE(edit,
                  QStringList{u"{Cmd=SetFields}{Table=Exts}{Fields(S16)={Dept(S5)=Sales}}{Id(S5)=7,8,9}"_s});
+        // A private address book's Name nested in the row stays whole; the device's follows it.
+        const QString books = u"{PrivateAB(S15)={Name(S4)=Home}}"_s;
+        QCOMPARE(
+            DeviceRecord::storeCommands(books, u"7"_s, DeviceRecord::sendingPlan(u"7"_s, u"Desk"_s, false)),
+            QStringList{u"{Cmd=SetFields}{Table=Exts}{Fields(S47)="_s + books +
+                        u"{Name(S4)=Desk}}{Id(S1)=7}"_s});
     }
 
     void campaignChoiceMovesToTheEndUnmarked_data()
