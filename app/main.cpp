@@ -13,6 +13,7 @@
 
 #include <QApplication>
 #include <QFileInfo>
+#include <QLocale>
 #include <QLockFile>
 
 #include "frmMain.h"
@@ -85,6 +86,10 @@ int main(int argc, char *argv[])
     const QString executable = QString::fromLocal8Bit(argv[0]);
     ErrorLog::setApplicationName(QFileInfo(executable).completeBaseName());
 
+    // "--lang de" or "--lang en" chooses the language of the texts; without it, the user's own.
+    const QString language = optionValue(QCoreApplication::arguments(), u"--lang"_s);
+    if (!language.isEmpty())
+        QLocale::setDefault(QLocale(language));
     TranslateLoad(u"QSConfig"_s);
     const QString product = Startup::productName(executable);
     setApplicationTitle(Startup::applicationTitle(product));
