@@ -106,6 +106,12 @@ QList<ControlTip> controlTips()
         {u"Mobile"_s, u"QS116"_s, u"Enter the number of user's mobile telephone number."_s},
         {u"OK"_s, u"QS110"_s, u"Save changes and return to main screen."_s},
         {u"Cancel"_s, u"QS076"_s, u"Return to main screen without saving changes."_s},
+        {u"Ab"_s, u"QS072"_s, u"List of current Address Books."_s},
+        {u"NewAb"_s, u"QS109"_s, u"Select the Address Book to create new contacts in."_s},
+        {u"pProps_0"_s, u"QS111"_s, u"Click to add a private Address Book for the selected user(s)."_s},
+        {u"pProps_1"_s, u"QS112"_s,
+         u"Click to configure the selected Address Book for the selected user(s)."_s},
+        {u"pProps_2"_s, u"QS113"_s, u"Click to remove the selected private Address Book."_s},
     };
     const QList<DeviceRecord::FlagBox> &boxes = DeviceRecord::flagBoxes();
     for (qsizetype index = 0; index < boxes.size(); ++index)

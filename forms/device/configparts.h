@@ -21,8 +21,8 @@ enum Page { General, Features, Advanced, AddressBooks, Buttons, Events, Campaign
 // panel of the General page 20 and 23.
 QList<QCheckBox *> createFlagBoxes(QLayout *features, QLayout *advanced, QLayout *trunkPanel);
 
-// The help texts of the fixed controls and of every flag box. Ext and Nam depend on the kind: their
-// texts come from extTip and namTip.
+// The help texts of the fixed controls, of the Address Books page and of every flag box. Ext and
+// Nam depend on the kind: their texts come from extTip and namTip.
 QList<ControlTip> controlTips();
 // The tip of Ext for the kind's text as Typ shows it: "Ext" in it means extensions, else "Agent"
 // agents, and anything else trunks (speed dials included).

@@ -3,6 +3,7 @@
 #include "ui_frmConfig.h"
 
 #include "buttonspage.h"
+#include "campaignspage.h"
 #include "configparts.h"
 #include "controls.h"
 #include "devicerecord.h"
@@ -22,6 +23,16 @@
 
 using namespace Qt::StringLiterals;
 using ConfigParts::Page;
+
+namespace {
+// A group of the row written on its own: see buildRow.
+template <typename Group> QString written(const Group &group)
+{
+    QString part;
+    group.save(part);
+    return part;
+}
+} // namespace
 
 frmConfig::frmConfig(ServerLink &link, QWidget *parent)
     : QDialog(parent), m_link(link), m_ui(std::make_unique<Ui::frmConfig>())
@@ -95,6 +106,10 @@ void frmConfig::Form_Load()
     m_ui->picPanel_4->layout()->addWidget(m_buttons);
     m_events = new EventsPage(m_ui->Tip, editor);
     m_ui->picPanel_5->layout()->addWidget(m_events);
+    m_addressBooks = new AddressBooksPage;
+    m_ui->picPanel_3->layout()->addWidget(m_addressBooks);
+    m_campaigns = new CampaignsPage;
+    m_ui->picPanel_6->layout()->addWidget(m_campaigns);
 
     m_tips = new TipFilter(
         m_ui->Tip, ConfigParts::controlTips(), [this](const ControlTip &tip) { return tipText(tip); }, this);
@@ -103,6 +118,22 @@ void frmConfig::Form_Load()
     m_ui->Typ->setCurrentIndex(0);
     showPagesForKind();
     updateTitle();
+}
+
+void frmConfig::setAddressBooks(const QList<SystemBook> &books)
+{
+    m_addressBooks->setSystemBooks(books);
+}
+
+void frmConfig::setCampaignNames(const QStringList &names)
+{
+    m_campaigns->setCampaignNames(names);
+}
+
+void frmConfig::setWindows(const PropertyWindows *windows)
+{
+    m_addressBooks->setWindows(windows);
+    m_campaigns->setWindows(windows);
 }
 
 QString frmConfig::idList() const
@@ -142,6 +173,10 @@ void frmConfig::Lid_Change()
 
 void frmConfig::DataArrived(const QString &SubRef, const QString &Message)
 {
+    if (SubRef == u"ADDCAMPAIGN"_s) {
+        Guard(u" @ frmConfig.DataArrived"_s, [&] { m_campaigns->addChoice(getText(Message, u"Choice"_s)); });
+        return;
+    }
     if (SubRef != u"EXT"_s)
         return;
     Guard(u" @ frmConfig.DataArrived"_s, [&] {
@@ -165,8 +200,10 @@ void frmConfig::DataArrived(const QString &SubRef, const QString &Message)
         m_extensionFields.load(row);
         m_trunkFields.load(row);
         m_flagFields.load(row);
+        m_addressBooks->load(row);
         m_buttons->load(row);
         m_events->load(row);
+        m_campaigns->load(row);
         m_absenceFields.load(row);
         m_notesFields.load(row);
         showPagesForKind();
@@ -216,23 +253,28 @@ void frmConfig::updateTitle()
 
 QString frmConfig::buildRow() const
 {
+    // Each group is written on its own and appended, so that a tag nested in one group (a private
+    // address book's record, a plug-in's settings) is never taken for a later group's field.
     QString row;
     // No kind chosen (several devices of different kinds) leaves each device's own.
     SetOption(row, u"Type"_s, DeviceRecord::kinds().value(kindIndex()));
     if (extensionPanelShown())
-        m_extensionFields.save(row);
+        row += written(m_extensionFields);
     if (trunkPanelShown())
-        m_trunkFields.save(row);
+        row += written(m_trunkFields);
     if (m_ui->Tabs->isTabVisible(Page::Features))
-        m_flagFields.save(row);
-    // The address books come before the buttons, the campaigns after the events.
+        row += written(m_flagFields);
+    if (m_ui->Tabs->isTabVisible(Page::AddressBooks))
+        row += written(*m_addressBooks);
     if (m_ui->Tabs->isTabVisible(Page::Buttons))
-        m_buttons->save(row);
+        row += written(*m_buttons);
     if (m_ui->Tabs->isTabVisible(Page::Events))
-        m_events->save(row);
+        row += written(*m_events);
+    if (m_ui->Tabs->isTabVisible(Page::Campaigns))
+        row += written(*m_campaigns);
     if (extensionPanelShown())
-        m_absenceFields.save(row);
-    m_notesFields.save(row);
+        row += written(m_absenceFields);
+    row += written(m_notesFields);
     return row;
 }
 
@@ -271,8 +313,15 @@ void frmConfig::OK_Click()
         m_ui->Ext->setFocus();
         return;
     }
-    // One device is shown in place from its row; several make the directory ask for its list again.
-    m_outcome = WindowResult::savedExisting(idList(), {}, getText(commands.constLast(), u"Fields"_s));
+    // One device is shown in place from what it stored; several make the directory ask for its
+    // list again. The directory reads the kind, department and name by tag, so it gets them on
+    // their own: in the row a private address book's Name comes before the device's.
+    QString shown;
+    SetOption(shown, u"Type"_s, DeviceRecord::kinds().value(kindIndex()));
+    if (extensionPanelShown() || trunkPanelShown())
+        SetOption(shown, u"Dept"_s, m_ui->Dept->text());
+    SetOption(shown, u"Name"_s, plan.constLast().name);
+    m_outcome = WindowResult::savedExisting(idList(), {}, shown);
     accept();
 }
 

@@ -5,6 +5,7 @@
 // one SetFields command per device.
 #pragma once
 
+#include "addressbookspage.h"
 #include "frmButton.h"
 #include "propertywindows.h"
 #include "recordform.h"
@@ -20,6 +21,7 @@ namespace Ui {
 class frmConfig;
 }
 class ButtonsPage;
+class CampaignsPage;
 class EventsPage;
 class QCheckBox;
 
@@ -37,10 +39,19 @@ public:
     // window keeps it, and the installed plug-ins. Both are empty until given.
     void setScriptCatalogue(const QString &scripts) { m_scripts = scripts; }
     void setPlugins(const frmButton::PluginList &plugins) { m_plugins = plugins; }
+    // The system's address books in the main window's order (book i, from 1, is stored as
+    // AB<i>Use and AB<i>Vars), with the type codes of their plug-ins. Given before Lid is set.
+    using SystemBook = SystemAddressBook;
+    void setAddressBooks(const QList<SystemBook> &books);
+    // Every campaign of the system, which the choice dialog offers to add.
+    void setCampaignNames(const QStringList &names);
+    // The windows the pages open: a private address book ("AB") and the choice dialog ("Combo").
+    void setWindows(const PropertyWindows *windows);
 
     // Lid was set: reads the row ("-1" reads nothing back and starts from the new device's defaults).
     void Lid_Change();
-    // The EXTS-EXT reply: fills every control from the row.
+    // The EXTS-EXT reply fills every control from the row; the choice dialog's ADDCAMPAIGN answer
+    // adds its campaign to the Campaigns page.
     void DataArrived(const QString &SubRef, const QString &Message) override;
     // Another kind: the pages and panels for it, and the title.
     void Typ_Click();
@@ -79,6 +90,8 @@ private:
     RecordForm m_notesFields;
     ButtonsPage *m_buttons = nullptr;
     EventsPage *m_events = nullptr;
+    AddressBooksPage *m_addressBooks = nullptr;
+    CampaignsPage *m_campaigns = nullptr;
     QString m_scripts;
     frmButton::PluginList m_plugins;
     TipFilter *m_tips = nullptr;

@@ -56,6 +56,8 @@ const Fields newDeviceFlags{
     {u"UsePBXName"_s, 0},  {u"RequireAgent"_s, 0}, {u"UseAbsence"_s, 0}};
 const Fields flagsBeforeButtons = newDeviceFlags.first(newDeviceFlags.size() - 1);
 const Fields absence{newDeviceFlags.constLast()};
+// The Address Books page of a device without address books: new contacts go to the directory.
+const Fields directoryBook{{u"NewAB"_s, u"(Directory)"_s}};
 
 // A new device's buttons, as its defaults hold them: four and the preview button.
 const Fields newDeviceButtons{{u"Buttons"_s, u"4 buttons"_s},
@@ -164,7 +166,8 @@ private slots:
                       {u"pwd"_s, u"s3cret"_s},
                       {u"Assistant"_s, u"4101"_s},
                       {u"Mobile"_s, u"07700900123"_s}}
-            << (Fields{{u"Type"_s, u"EXT"_s}} + extension + flagsBeforeButtons + newDeviceButtons + absence);
+            << (Fields{{u"Type"_s, u"EXT"_s}} + extension + flagsBeforeButtons + directoryBook +
+                newDeviceButtons + absence);
         QTest::newRow("trunk: department and its two boxes")
             << 3 << u"4130"_s << Fields{{u"Dept"_s, u"Lines"_s}, {u"chk_23"_s, true}}
             << Fields{{u"Type"_s, u"TRUNK"_s},
@@ -266,10 +269,10 @@ private slots:
             const qsizetype before = sent().size();
             QTest::mouseClick(child<QPushButton>(window, u"OK"_s), Qt::LeftButton);
             QTRY_COMPARE(sent().size(), before + 1);
-            Fields flags = newDeviceFlags; // none of the three has a flag set
-            for (auto &flag : flags)
-                flag.second = 0;
-            QCOMPARE(sent().constLast(), setFields(row(Fields{{u"Type"_s, u"EXT"_s}} + flags), idList));
+            QCOMPARE(sent().constLast(), // none of the three has a flag set
+                     setFields(row(Fields{{u"Type"_s, u"EXT"_s}} + clearFlags() + directoryBook +
+                                   Fields{{u"UseAbsence"_s, 0}}),
+                               idList));
             QCOMPARE(window.outcome().outcome, WindowResult::SavedExisting);
             QCOMPARE(window.outcome().id, idList); // the directory asks for its list again
         }
@@ -290,7 +293,9 @@ private slots:
         QCOMPARE(GetVar(stored, u"Ext"_s), QVariant()); // a number is never changed by an edit
         QCOMPARE(getText(stored, u"Name"_s), u"Help  desk"_s);
         QCOMPARE(window.outcome().id, ids[1]);
-        QCOMPARE(window.outcome().record, stored);
+        // The directory shows the device in place from its kind, department and name.
+        QCOMPARE(window.outcome().record,
+                 row({{u"Type"_s, u"EXT"_s}, {u"Dept"_s, u"Support"_s}, {u"Name"_s, u"Help  desk"_s}}));
     }
 
     void emptyNumberIsRefused()
@@ -517,8 +522,8 @@ private slots:
 
         child<QComboBox>(window, u"btnStyle"_s)->setCurrentIndex(0);
         QCOMPARE(grid->rowCount(), 1);
-        Fields expected =
-            Fields{{u"Type"_s, u"EXT"_s}} + clearFlags() + Fields{{u"Buttons"_s, u"0 buttons"_s}};
+        Fields expected = Fields{{u"Type"_s, u"EXT"_s}} + clearFlags() + directoryBook +
+                          Fields{{u"Buttons"_s, u"0 buttons"_s}};
         if (!storedEvents.isEmpty())
             expected.append({u"Events"_s, storedEvents});
         QCOMPARE(storedFields(window), row(expected + absence + Fields{{u"Name"_s, u"Desk"_s}}));
@@ -562,8 +567,8 @@ private slots:
         frmConfig window(m_fixture->link);
         loadRow(window, id, u"{Ext(S4)=5420}{Name(S4)=Desk}{Type(S3)=EXT}"_s + came + notes);
         QVERIFY(child<QPlainTextEdit>(window, u"Notes"_s)->toPlainText().contains(u'\n'));
-        QCOMPARE(storedFields(window), row(Fields{{u"Type"_s, u"EXT"_s}} + clearFlags()) + sent +
-                                           row(absence) + notes + u"{Name(S4)=Desk}"_s);
+        QCOMPARE(storedFields(window), row(Fields{{u"Type"_s, u"EXT"_s}} + clearFlags() + directoryBook) +
+                                           sent + row(absence) + notes + u"{Name(S4)=Desk}"_s);
     }
 };
 
