@@ -15,8 +15,11 @@
 #include <QEvent>
 #include <QFormLayout>
 #include <QHeaderView>
+#include <QIcon>
 #include <QLabel>
+#include <QPixmap>
 #include <QPushButton>
+#include <QStyle>
 #include <QTreeWidget>
 #include <QVBoxLayout>
 
@@ -41,6 +44,15 @@ AddressBooksPage::AddressBooksPage(QWidget *parent)
     m_list->setRootIsDecorated(false);
     m_list->setSelectionMode(QAbstractItemView::SingleSelection);
     m_list->setEditTriggers(QAbstractItemView::NoEditTriggers);
+    // A private book's name lines up with the system books' names beside their check boxes, and
+    // its row is as high as theirs.
+    m_list->setUniformRowHeights(true);
+    const QCheckBox probe;
+    const int indicator = probe.style()->pixelMetric(QStyle::PM_IndicatorWidth, nullptr, &probe);
+    QPixmap blank(indicator, indicator);
+    blank.fill(Qt::transparent);
+    m_privateIcon = QIcon(blank);
+    m_list->setIconSize(blank.size());
     m_list->header()->setStretchLastSection(false);
     m_list->header()->setSectionResizeMode(NameColumn, QHeaderView::Stretch);
     m_list->header()->setSectionResizeMode(KindColumn, QHeaderView::ResizeToContents);
@@ -221,7 +233,8 @@ void AddressBooksPage::clearPrivateBooks()
 void AddressBooksPage::addPrivateRow(const PrivateBook &book)
 {
     m_private.append(book);
-    new QTreeWidgetItem(m_list, {book.name, Translate(u"Private"_s)});
+    auto *item = new QTreeWidgetItem(m_list, {book.name, Translate(u"Private"_s)});
+    item->setIcon(NameColumn, m_privateIcon);
     m_newBook->addItem(book.name);
 }
 

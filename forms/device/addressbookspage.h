@@ -4,6 +4,7 @@
 // contacts. Reads and writes AB<i>Vars and AB<i>Use for each system book i, PrivateAB and NewAB.
 #pragma once
 
+#include <QIcon>
 #include <QList>
 #include <QString>
 #include <QStringList>
@@ -77,4 +78,5 @@ private:
     QStringList m_vars;       // AB<i>Vars by book, the mixed marker while the devices differ
     QList<PrivateBook> m_private;
     bool m_privateMixed = false;
+    QIcon m_privateIcon; // a blank the size of a check box's indicator
 };
