@@ -11,6 +11,8 @@
 #include "pluginhost.h"
 #include "propertywindows.h"
 #include "recordlist.h"
+#include "tagreader.h"
+#include "tagvalue.h"
 
 #include <QLineEdit>
 #include <QPointer>
@@ -30,6 +32,21 @@ WindowResult runModal(Window &window, const QString &idText, const QString &idFi
     return window.outcome();
 }
 
+// The address books as the main window lists them (the order the device row numbers them in), with
+// the types of their plug-ins from the list's reply.
+QList<frmConfig::SystemBook> systemBooks(const RecordList &list)
+{
+    QHash<QString, QString> types;
+    for (const QString &row : readList(list.reply()))
+        types.insert(getText(row, QStringLiteral("ABId")), getText(row, QStringLiteral("Type")));
+    const QStringList ids = list.ids();
+    const QStringList names = list.names();
+    QList<frmConfig::SystemBook> books;
+    for (qsizetype index = 0; index < names.size(); ++index)
+        books.append({names.at(index), types.value(ids.value(index))});
+    return books;
+}
+
 } // namespace
 
 void registerWindows(frmMain &main, ServerLink &link)
@@ -41,6 +58,10 @@ void registerWindows(frmMain &main, ServerLink &link)
     windows.setOpener(QStringLiteral("Exts"), [&link, &main](const QString &idText, QWidget *parent) {
         frmConfig window(link, parent);
         window.setScriptCatalogue(main.recordList(RecordKind::Scripts)->reply());
+        window.setPlugins(PluginHost::installedPlugins());
+        window.setAddressBooks(systemBooks(*main.recordList(RecordKind::AddressBooks)));
+        window.setCampaignNames(main.recordList(RecordKind::Campaigns)->names());
+        window.setWindows(&main.propertyWindows());
         return runModal(window, idText, QStringLiteral("Lid"));
     });
     windows.setOpener(QStringLiteral("Scripts"), [&link](const QString &idText, QWidget *parent) {

@@ -5,12 +5,15 @@
 #include "directorypage.h"
 #include "maintool.h"
 #include "modalwindow.h"
+#include "recordlist.h"
 #include "serverfixture.h"
 #include "windows.h"
 
 #include <QCheckBox>
 #include <QLineEdit>
+#include <QListWidget>
 #include <QPushButton>
+#include <QTabWidget>
 #include <QTimer>
 #include <QTreeView>
 
@@ -40,7 +43,8 @@ class ConfigListTest : public QObject
     qsizetype sentCount() const { return m_fixture->relay.commands().size(); }
     static qsizetype countStarting(const QStringList &commands, const QString &start)
     {
-        return std::count_if(commands.begin(), commands.end(), [&](const QString &c) { return c.startsWith(start); });
+        return std::count_if(commands.begin(), commands.end(),
+                             [&](const QString &c) { return c.startsWith(start); });
     }
     QPushButton *button(int index) const { return m_tool->window.directoryPage()->button(index); }
     QString cell(int row, int column) const { return m_list->model()->index(row, column).data().toString(); }
@@ -64,7 +68,8 @@ class ConfigListTest : public QObject
     // A new device's window once its defaults are shown.
     static void waitForDefaults(QWidget *window)
     {
-        QVERIFY(QTest::qWaitFor([&] { return window->findChild<QCheckBox *>(u"chk_2"_s)->isChecked(); }, 20000));
+        QVERIFY(
+            QTest::qWaitFor([&] { return window->findChild<QCheckBox *>(u"chk_2"_s)->isChecked(); }, 20000));
     }
     static void click(QWidget *window, const QString &name)
     {
@@ -180,6 +185,51 @@ private slots:
         QCOMPARE(countStarting(sent, storeDevice), 1);
         QVERIFY(getText(sent.at(sent.size() - 2), u"Id"_s).count(u',') == 2);
         QVERIFY(sent.constLast().startsWith(askList));
+    }
+    // The device window takes its address books and campaigns from the main window's lists: a
+    // book's box sits in the list's order, and a campaign chosen in the real choice dialog comes
+    // back through the dispatcher and is stored with the agent.
+    void anAgentsBooksAndCampaignsComeFromTheMainLists()
+    {
+        const QStringList books = m_tool->window.recordList(RecordKind::AddressBooks)->names();
+        const QStringList campaigns = m_tool->window.recordList(RecordKind::Campaigns)->names();
+        QVERIFY(books.size() >= 2 && campaigns.size() >= 2);
+        m_list->setCurrentIndex(m_list->model()->index(rowOf(u"801"_s), 0));
+        QStringList shownBooks;
+        QStringList offered;
+        answerModalWindow([&](QWidget *window) {
+            QTRY_COMPARE(window->findChild<QLineEdit *>(u"Ext"_s)->text(), u"801"_s);
+            for (int row = 0; row < books.size(); ++row)
+                shownBooks << window->findChild<QCheckBox *>(u"pCheck_"_s + QString::number(row + 1))->text();
+            window->findChild<QTabWidget *>(u"Tabs"_s)->setCurrentIndex(6);
+            // The choice dialog opens over the device window: pick the last campaign there.
+            const std::function<void()> choose = [&, window] {
+                QWidget *combo = QApplication::activeModalWidget();
+                if (!combo || combo == window) {
+                    QTimer::singleShot(10, choose);
+                    return;
+                }
+                auto *choices = combo->findChild<QListWidget *>(u"List"_s);
+                for (int row = 0; row < choices->count(); ++row)
+                    offered << choices->item(row)->text();
+                choices->setCurrentRow(choices->count() - 1);
+                click(combo, u"OK"_s);
+            };
+            QTimer::singleShot(10, choose);
+            click(window, u"cProps_0"_s);
+            QTRY_VERIFY(window->findChild<QListWidget *>(u"Campaigns"_s)
+                            ->findItems(campaigns.constLast(), Qt::MatchExactly)
+                            .size() == 1);
+            click(window, u"OK"_s);
+        });
+        const qsizetype before = sentCount();
+        QTest::mouseClick(button(1), Qt::LeftButton);
+        QCOMPARE(shownBooks, books.mid(0, shownBooks.size()));
+        QCOMPARE(offered, campaigns);
+        QTRY_COMPARE(countStarting(sentSince(before), storeDevice), 1);
+        const QString fields = getText(sentSince(before).constLast(), u"Fields"_s);
+        QVERIFY2(getText(fields, u"Campaigns"_s).split(u',').contains(campaigns.constLast()),
+                 qPrintable(fields));
     }
 };
 
