@@ -55,6 +55,8 @@ void CampaignsPage::load(const QString &row)
 {
     const QString campaigns = getText(row, u"Campaigns"_s);
     const QString done = getText(row, u"CampaignsDone"_s);
+    m_loadedCampaigns = campaigns;
+    m_loadedDone = done;
     m_list->clear();
     // With a comma on both sides no name matches inside another ("Sales" in "Sales2").
     const QString doneList = u',' + done + u',';
@@ -75,8 +77,18 @@ void CampaignsPage::save(QString &row) const
         }
         names.append(entry);
     }
-    SetOption(row, u"CampaignsDone"_s, done.join(u','));
-    SetOption(row, u"Campaigns"_s, names.join(u','));
+    // A list the user emptied is written empty, or the server would keep the old one. Devices whose
+    // campaigns differ show none, and then nothing of theirs is emptied.
+    const bool shown = m_loadedCampaigns != MixedValue;
+    const auto write = [&row, shown](const QString &tag, const QString &value, const QString &loaded) {
+        const bool emptied = shown && value.isEmpty() && !loaded.isEmpty() && loaded != MixedValue;
+        if (emptied)
+            AddVar(row, tag, QString(), true);
+        else
+            SetOption(row, tag, value);
+    };
+    write(u"CampaignsDone"_s, done.join(u','), m_loadedDone);
+    write(u"Campaigns"_s, names.join(u','), m_loadedCampaigns);
 }
 
 void CampaignsPage::addChoice(const QString &choice)

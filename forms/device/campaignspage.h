@@ -44,5 +44,7 @@ private:
     QListWidget *m_list;
     ButtonRow *m_buttons;
     const PropertyWindows *m_windows = nullptr;
+    QString m_loadedCampaigns; // as loaded: a list emptied since is written empty
+    QString m_loadedDone;
     QStringList m_names;
 };

@@ -19,12 +19,18 @@
 namespace {
 
 using Fields = QList<std::pair<QString, QVariant>>;
+// A field written empty ("{Tag(S0)=}"): a list the user emptied, which the server must clear too.
+const QVariant emptied = QVariant(QByteArray());
 
 QString row(const Fields &fields)
 {
     QString vars;
-    for (const auto &[name, value] : fields)
-        AddVar(vars, name, value);
+    for (const auto &[name, value] : fields) {
+        if (value.typeId() == QMetaType::QByteArray)
+            AddVar(vars, name, QString(), true);
+        else
+            AddVar(vars, name, value);
+    }
     return vars;
 }
 Fields with(Fields fields, const QString &tag, const QVariant &value)
@@ -33,7 +39,9 @@ Fields with(Fields fields, const QString &tag, const QVariant &value)
         if (field.first == tag)
             field.second = value;
     }
-    fields.removeIf([](const auto &field) { return field.second.toString().isEmpty(); });
+    fields.removeIf([](const auto &field) {
+        return field.second.typeId() != QMetaType::QByteArray && field.second.toString().isEmpty();
+    });
     return fields;
 }
 
@@ -187,7 +195,8 @@ private slots:
         QTest::newRow("extension") << u"EXT"_s << false << deviceRow(u"EXT"_s, bookFields);
         QTest::newRow("trunk") << u"TRUNK"_s << false
                                << u"{Type(S5)=TRUNK}{DontMonitor(N1)=0}{IncludeBLF(N1)=0}{Name(S4)=Desk}"_s;
-        const Fields german = with(with(booksAndCampaigns, u"CampaignsDone"_s, {}), u"Campaigns"_s,
+        // The translated mark is not recognised: the name keeps it, and the done list is emptied.
+        const Fields german = with(with(booksAndCampaigns, u"CampaignsDone"_s, emptied), u"Campaigns"_s,
                                    u"Sales (Erledigt),Sales2"_s);
         QTest::newRow("agent, in German")
             << u"AGENT"_s << true << deviceRow(u"AGENT"_s, with(german, u"NewAB"_s, u"(Directory)"_s));
@@ -235,7 +244,7 @@ private slots:
         const QString choices = u"{Cmd=SelectOne}{Ref=AddCampaign}{Choices(S19)=Sales~Sales2~Winter}"_s;
         add("choose Winter", choices, with(booksAndCampaigns, u"Campaigns"_s, u"Sales,Sales2,Winter"_s));
         add("choose Sales", choices,
-            with(with(booksAndCampaigns, u"CampaignsDone"_s, {}), u"Campaigns"_s, u"Sales2,Sales"_s));
+            with(with(booksAndCampaigns, u"CampaignsDone"_s, emptied), u"Campaigns"_s, u"Sales2,Sales"_s));
         add("remove Sales2", {}, with(booksAndCampaigns, u"Campaigns"_s, u"Sales"_s));
         add("configure Sample", {},
             with(booksAndCampaigns, u"AB1Vars"_s, QString(settings + u"{Level=User}{Owner=frmConfig}"_s)));
@@ -252,6 +261,10 @@ private slots:
         add("edit Board", u"-2:{Index=0}"_s + privateBook(u"Board contacts"_s),
             with(with(booksAndCampaigns, u"PrivateAB"_s, privateBooks({u"Board"_s, u"Home"_s})), u"NewAB"_s,
                  u"Board"_s));
+        add("clear both lists", {},
+            with(with(with(with(booksAndCampaigns, u"PrivateAB"_s, emptied), u"NewAB"_s, u"(Directory)"_s),
+                      u"CampaignsDone"_s, emptied),
+                 u"Campaigns"_s, emptied));
         add("drop Board contacts", {},
             with(with(booksAndCampaigns, u"PrivateAB"_s, privateBooks({u"Home"_s})), u"NewAB"_s,
                  u"(Directory)"_s));
@@ -270,6 +283,17 @@ private slots:
         auto *books = child<QTreeWidget>(window, u"Ab"_s);
         if (verb == u"choose"_s || verb == u"add"_s) {
             press(window, verb == u"add"_s ? u"pProps_0"_s : u"cProps_0"_s);
+        } else if (verb == u"clear"_s) {
+            // Every campaign and every private book removed: the server must forget them too.
+            auto *campaigns = child<QListWidget>(window, u"Campaigns"_s);
+            while (campaigns->count() > 0) {
+                campaigns->setCurrentRow(0);
+                press(window, u"cProps_1"_s);
+            }
+            while (books->topLevelItemCount() > 2) {
+                books->setCurrentItem(books->topLevelItem(2));
+                press(window, u"pProps_2"_s);
+            }
         } else if (verb == u"remove"_s) {
             child<QListWidget>(window, u"Campaigns"_s)->setCurrentRow(1);
             press(window, u"cProps_1"_s);
