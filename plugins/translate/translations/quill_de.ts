@@ -852,6 +852,114 @@
         <translation>Eingabe oder F3: weitersuchen. Umschalt+F3: rückwärts suchen. Esc: schließen.</translation>
     </message>
     <message>
+        <source>Public Address Book</source>
+        <translation>Öffentliches Adressbuch</translation>
+    </message>
+    <message>
+        <source>Private Address Book</source>
+        <translation>Privates Adressbuch</translation>
+    </message>
+    <message>
+        <source>&lt;1&gt; Configuration</source>
+        <translation>&lt;1&gt;-Konfiguration</translation>
+    </message>
+    <message>
+        <source>&amp;Configure</source>
+        <translation>&amp;Konfigurieren</translation>
+    </message>
+    <message>
+        <source>&amp;Source:</source>
+        <translation>&amp;Quelle:</translation>
+    </message>
+    <message>
+        <source>&amp;Alpha directory:</source>
+        <translation>&amp;Alphabetischer Index:</translation>
+    </message>
+    <message>
+        <source>N&amp;otes:</source>
+        <translation>N&amp;otizen:</translation>
+    </message>
+    <message>
+        <source>Use contact name</source>
+        <translation>Kontaktname verwenden</translation>
+    </message>
+    <message>
+        <source>Use company name</source>
+        <translation>Firmenname verwenden</translation>
+    </message>
+    <message>
+        <source>Update</source>
+        <translation>Aktualisierung</translation>
+    </message>
+    <message>
+        <source>&amp;Use data live</source>
+        <translation>Daten &amp;live verwenden</translation>
+    </message>
+    <message>
+        <source>&amp;Disconnect between</source>
+        <translation>Verbindung t&amp;rennen zwischen</translation>
+    </message>
+    <message>
+        <source>&amp;and</source>
+        <translation>&amp;und</translation>
+    </message>
+    <message>
+        <source>&amp;Allow new entries</source>
+        <translation>Neue Einträge &amp;zulassen</translation>
+    </message>
+    <message>
+        <source>&amp;Cache data</source>
+        <translation>Daten im &amp;Cache halten</translation>
+    </message>
+    <message>
+        <source>&amp;Refresh cache at</source>
+        <translation>Cache aktualisieren u&amp;m</translation>
+    </message>
+    <message>
+        <source>Refresh cache &amp;every</source>
+        <translation>Cache aktualisieren all&amp;e</translation>
+    </message>
+    <message>
+        <source>hours</source>
+        <translation>Stunden</translation>
+    </message>
+    <message>
+        <source>Refresh &amp;now</source>
+        <translation>&amp;Jetzt aktualisieren</translation>
+    </message>
+    <message>
+        <source>Statistics</source>
+        <translation>Statistik</translation>
+    </message>
+    <message>
+        <source>Hit rate:</source>
+        <translation>Trefferquote:</translation>
+    </message>
+    <message>
+        <source>Last 5 searches</source>
+        <translation>Letzte 5 Suchen</translation>
+    </message>
+    <message>
+        <source>Search</source>
+        <translation>Suche</translation>
+    </message>
+    <message>
+        <source>Result</source>
+        <translation>Ergebnis</translation>
+    </message>
+    <message>
+        <source>Speed (s)</source>
+        <translation>Dauer (s)</translation>
+    </message>
+    <message>
+        <source>Average speed:</source>
+        <translation>Mittlere Dauer:</translation>
+    </message>
+    <message>
+        <source>Could not configure &apos;&lt;1&gt;&apos;. Please ensure the &apos;&lt;2&gt;&apos; plugin is installed on this machine.</source>
+        <translation>„&lt;1&gt;“ konnte nicht konfiguriert werden. Bitte stellen Sie sicher, dass das Plug-in „&lt;2&gt;“ auf diesem Rechner installiert ist.</translation>
+    </message>
+    <message>
         <source>Select</source>
         <translation>Auswählen</translation>
     </message>
@@ -1464,14 +1572,104 @@
         <translation>Wählen Sie, ob eine Nebenstelle, ein Agent, eine Kurzwahl oder eine Amtsleitung eingerichtet wird.</translation>
     </message>
     <message>
+        <source>QS123</source>
+        <extracomment>Check this to allow new entries to be added to this address book.</extracomment>
+        <translation>Aktivieren Sie diese Option, damit diesem Adressbuch neue Einträge hinzugefügt werden können.</translation>
+    </message>
+    <message>
+        <source>QS124</source>
+        <extracomment>Choose whether or not to show the alphabetical index in the Address Book window of QuillPhone.</extracomment>
+        <translation>Wählen Sie, ob im Adressbuchfenster von QuillPhone der alphabetische Index angezeigt wird.</translation>
+    </message>
+    <message>
+        <source>QS125</source>
+        <extracomment>Enter a name to display when the address book is used.</extracomment>
+        <translation>Geben Sie den Namen ein, der bei Verwendung des Adressbuchs angezeigt wird.</translation>
+    </message>
+    <message>
+        <source>QS126</source>
+        <extracomment>Enter any administrative notes.</extracomment>
+        <translation>Geben Sie Notizen für die Verwaltung ein.</translation>
+    </message>
+    <message>
+        <source>QS127</source>
+        <extracomment>Click to force a refresh of this Address Book&apos;s cache.</extracomment>
+        <translation>Klicken Sie hier, um den Cache dieses Adressbuchs sofort zu aktualisieren.</translation>
+    </message>
+    <message>
+        <source>QS128</source>
+        <extracomment>Click to undo any changes and close this window.</extracomment>
+        <translation>Klicken Sie hier, um die Änderungen zu verwerfen und dieses Fenster zu schließen.</translation>
+    </message>
+    <message>
+        <source>QS129</source>
+        <extracomment>Click to configure the details of this Address Book.</extracomment>
+        <translation>Klicken Sie hier, um die Einzelheiten dieses Adressbuchs einzurichten.</translation>
+    </message>
+    <message>
         <source>QS130</source>
-        <extracomment>Enter the caption shown on this button in the user&apos;s button bar.</extracomment>
+        <extracomment>Click to save changes and close this window.</extracomment>
+        <translation>Klicken Sie hier, um die Änderungen zu speichern und dieses Fenster zu schließen.</translation>
+    </message>
+    <message>
+        <source>QS130</source>
+        <comment>Enter the caption shown on this button in the user&apos;s button bar.</comment>
         <translation>Geben Sie die Beschriftung ein, die diese Taste in der Tastenleiste des Benutzers zeigt.</translation>
     </message>
     <message>
         <source>QS131</source>
-        <extracomment>Enter the extension this button shows, or to which it deflects the call.</extracomment>
+        <extracomment>Select the type of Address Book to use.</extracomment>
+        <translation>Wählen Sie den Typ des zu verwendenden Adressbuchs.</translation>
+    </message>
+    <message>
+        <source>QS131</source>
+        <comment>Enter the extension this button shows, or to which it deflects the call.</comment>
         <translation>Geben Sie die Nebenstelle ein, die diese Taste anzeigt oder an die sie den Anruf umleitet.</translation>
+    </message>
+    <message>
+        <source>QS132</source>
+        <extracomment>Set up general information about the address book.</extracomment>
+        <translation>Richten Sie allgemeine Angaben zum Adressbuch ein.</translation>
+    </message>
+    <message>
+        <source>QS133</source>
+        <extracomment>Enter update information for the address book.</extracomment>
+        <translation>Geben Sie die Angaben zur Aktualisierung des Adressbuchs ein.</translation>
+    </message>
+    <message>
+        <source>QS134</source>
+        <extracomment>Show statistical analysis of searches made in this Address Book.</extracomment>
+        <translation>Zeigt eine statistische Auswertung der Suchen in diesem Adressbuch.</translation>
+    </message>
+    <message>
+        <source>QS135</source>
+        <extracomment>The address book&apos;s data will be refreshed every time this number of hours elapses.</extracomment>
+        <translation>Die Daten des Adressbuchs werden jedes Mal aktualisiert, wenn diese Anzahl Stunden vergangen ist.</translation>
+    </message>
+    <message>
+        <source>QS136</source>
+        <extracomment>Check this to use a live connection. Live Address Books are slower but will reflect immediate changes.</extracomment>
+        <translation>Aktivieren Sie diese Option für eine Live-Verbindung. Live-Adressbücher sind langsamer, zeigen Änderungen aber sofort.</translation>
+    </message>
+    <message>
+        <source>QS137</source>
+        <extracomment>Check this to use a cached connection. Cached Address Books are faster but do not reflect immediate changes.</extracomment>
+        <translation>Aktivieren Sie diese Option für eine zwischengespeicherte Verbindung. Zwischengespeicherte Adressbücher sind schneller, zeigen Änderungen aber nicht sofort.</translation>
+    </message>
+    <message>
+        <source>QS138</source>
+        <extracomment>The address book&apos;s data will be refreshed every day at this time.</extracomment>
+        <translation>Die Daten des Adressbuchs werden jeden Tag zu dieser Uhrzeit aktualisiert.</translation>
+    </message>
+    <message>
+        <source>QS139</source>
+        <extracomment>Enter the time to disconnect from this Addres Bok from. This allows the Address Book (database) to be backed up.</extracomment>
+        <translation>Geben Sie die Uhrzeit ein, ab der die Verbindung zu diesem Adressbuch getrennt wird. So kann das Adressbuch (die Datenbank) gesichert werden.</translation>
+    </message>
+    <message>
+        <source>QS140</source>
+        <extracomment>Enter the time to reconnect to this Addres Bok from. This disconnection allows the Address Book (database) to be backed up.</extracomment>
+        <translation>Geben Sie die Uhrzeit ein, ab der die Verbindung zu diesem Adressbuch wiederhergestellt wird. Die Trennung ermöglicht die Sicherung des Adressbuchs (der Datenbank).</translation>
     </message>
     <message>
         <source>QS141</source>
