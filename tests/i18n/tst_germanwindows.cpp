@@ -5,6 +5,7 @@
 #include "Errors.h"
 #include "connectingdialog.h"
 #include "directorypage.h"
+#include "frmAB.h"
 #include "frmButton.h"
 #include "frmCombo.h"
 #include "frmConfig.h"
@@ -13,6 +14,7 @@
 #include "germancatalogue.h"
 #include "logindialog.h"
 #include "maintool.h"
+#include "modalwindow.h"
 #include "msgboxanswers.h"
 #include "recordlist.h"
 #include "serverfixture.h"
@@ -34,10 +36,11 @@
 namespace {
 
 // Lists that show the values they store, as stored: telephone-system and voice-mail types, the
-// connections, the kinds of button actions and the names of scripts and address books. Their
+// connections, the kinds of button actions, the names of scripts, address books and address-book
+// plug-ins. Their
 // first entry "(None)" is a caption where it is one.
-const QStringList storedValueLists{u"sType"_s,   u"Comm"_s,      u"sVMType"_s,
-                                   u"btnType"_s, u"btnScript"_s, u"rAB"_s};
+const QStringList storedValueLists{u"sType"_s,     u"Comm"_s, u"sVMType"_s, u"btnType"_s,
+                                   u"btnScript"_s, u"rAB"_s,  u"plgName"_s};
 const QStringList firstEntryCaption{u"btnType"_s, u"btnScript"_s};
 
 // Finds English among the texts a window shows: an English text of the catalogue whose German
@@ -47,7 +50,9 @@ class EnglishFinder
 public:
     EnglishFinder()
     {
-        for (const CatalogueMessage &message : readCatalogueFile(QStringLiteral(QUILL_GERMAN_TS))) {
+        const QString folder = QStringLiteral(QUILL_TS_DIR);
+        for (const CatalogueMessage &message : readCatalogueFile(folder + u"/quill_de.ts"_s) +
+                                                   readCatalogueFile(folder + u"/plugins_de.ts"_s)) {
             const QString english = message.context == u"QSConfigKeys"_s
                                         ? (message.comment.isEmpty() ? message.extraComment : message.comment)
                                         : message.source;
@@ -209,6 +214,28 @@ private slots:
         finder.window(&action, u"frmButton button"_s);
         action.loadRequest(u"{Cmd=Script}{Index=1}"_s);
         finder.window(&action, u"frmButton event"_s);
+
+        // The address-book window on the demo site's first book, and the dialogs of the shipped
+        // address-book plug-ins for a book, a button and a user.
+        frmAB book(link(), {{u"CSV"_s, u"CSV file"_s}, {u"Folder"_s, u"Contacts folder"_s}});
+        book.findChild<QLineEdit *>(u"Tid"_s)->setText(
+            ServerFixture::replyIds(m_fixture->fetch(u"MAIN-AB"_s)).value(0));
+        QVERIFY(QTest::qWaitFor([&] { return !book.findChild<QLineEdit *>(u"aName"_s)->text().isEmpty(); },
+                                20000));
+        finder.window(&book, u"frmAB"_s);
+        const std::pair<QString, QString> pluginDialogs[]{{u"plgCSV.Session"_s, u"Data"_s},
+                                                          {u"plgCSV.Session"_s, u"Action"_s},
+                                                          {u"plgFolder.Session"_s, u"Data"_s},
+                                                          {u"plgFolder.Session"_s, u"User"_s}};
+        for (const auto &[className, level] : pluginDialogs) {
+            auto *plugin = qobject_cast<IPluginSession *>(CreateObject(className));
+            QVERIFY2(plugin, qPrintable(className));
+            answerModalWindow([&, where = QString(className + u' ' + level)](QWidget *dialog) {
+                finder.window(dialog, where);
+                dialog->close();
+            });
+            plugin->Configure(level, QString(), &book);
+        }
 
         frmScript script(link());
         finder.window(&script, u"frmScript"_s);
