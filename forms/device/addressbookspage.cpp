@@ -4,7 +4,7 @@
 #include "buttonrow.h"
 #include "controls.h"
 #include "guarded.h"
-#include "pluginhost.h"
+#include "pluginsession.h"
 #include "propertywindows.h"
 #include "tagvalue.h"
 #include "translate.h"
@@ -246,23 +246,12 @@ void AddressBooksPage::addPrivateRow(const PrivateBook &book)
 void AddressBooksPage::configureSystemBook(int book)
 {
     const SystemAddressBook &system = m_books.at(book);
-    const QString title = applicationTitle() + u" Configuration"_s;
-    auto *session = qobject_cast<IPluginSession *>(CreateObject(u"plg"_s + system.type + u".Session"_s));
-    if (!session) {
-        TranslateMsgBox(
-            u"Could not configure '<1>'. Please ensure the '<2>' plugin is installed on this machine."_s,
-            QMessageBox::Ok, system.name, system.type, title);
-        return;
-    }
     // Devices with different settings start the plug-in from none: the marker is no setting.
-    const QString vars = m_vars.at(book) == MixedValue ? QString() : m_vars.at(book);
-    const QString reply = session->Configure(u"User"_s, vars, window());
-    if (getText(reply, u"Result"_s).toUpper() == u"FAIL"_s) {
-        TranslateMsgBox(u"No user configuration available for '<1>'."_s, QMessageBox::Ok, system.name, {},
-                        title);
-        return;
-    }
-    m_vars[book] = reply;
+    QString vars = m_vars.at(book) == MixedValue ? QString() : m_vars.at(book);
+    PluginSession::Keeper session;
+    if (PluginSession::configure(session, system.type, system.name, u"User"_s, vars, window(),
+                                 u" @ frmConfig.pProps_Click"_s))
+        m_vars[book] = vars;
 }
 
 void AddressBooksPage::openPrivateBook(int index, const QString &vars)

@@ -2,9 +2,8 @@
 #include "frmAB.h"
 #include "ui_frmAB.h"
 
-#include "errorlog.h"
 #include "guarded.h"
-#include "pluginhost.h"
+#include "pluginsession.h"
 #include "tagvalue.h"
 #include "tipfilter.h"
 #include "translate.h"
@@ -62,11 +61,6 @@ QString lastPathElement(const QString &source)
 {
     const qsizetype cut = std::max(source.lastIndexOf(u'\\'), source.lastIndexOf(u'/'));
     return source.mid(cut + 1);
-}
-
-QString configurationTitle()
-{
-    return Translate({}, u"<1> Configuration"_s, applicationTitle());
 }
 
 } // namespace
@@ -282,25 +276,10 @@ void frmAB::applyLiveRule()
 
 void frmAB::Config_Click()
 {
-    const QString code = typeCode();
-    if (!m_plugin || m_pluginCode.compare(code, Qt::CaseInsensitive) != 0) {
-        // One session object for the window's life, made again only when another type is chosen.
-        m_plugin = code.isEmpty() ? nullptr : CreateObject(u"plg"_s + code + u".Session"_s);
-        m_pluginCode = code;
-    }
-    auto *session = qobject_cast<IPluginSession *>(m_plugin.data());
-    if (!session) {
-        ErrorLog::write(u"The address-book plug-in '"_s + code +
-                        u"' is not installed @ frmAB.Config_Click"_s);
-        TranslateMsgBox(
-            u"Could not configure '<1>'. Please ensure the '<2>' plugin is installed on this machine."_s,
-            QMessageBox::Ok, m_ui->aName->text(), code, configurationTitle());
+    // One session object for the window's life, made again only when another type is chosen.
+    if (!PluginSession::configure(m_plugin, typeCode(), m_ui->aName->text(), u"Data"_s, m_plugVars, this,
+                                  u" @ frmAB.Config_Click"_s))
         return;
-    }
-    const QString vars = session->Configure(u"Data"_s, m_plugVars, this);
-    if (getText(vars, u"Result"_s).compare(u"FAIL"_s, Qt::CaseInsensitive) == 0)
-        return; // nothing to set up for the data source: the settings stay
-    m_plugVars = vars;
     m_ui->aSource->setText(getText(m_plugVars, u"Caption"_s));
     if (m_ui->aName->text().trimmed().isEmpty())
         m_ui->aName->setText(lastPathElement(m_ui->aSource->text()));

@@ -4,13 +4,13 @@
 // of a device arrives whole in Tid ("-2:" + its record) and goes back to the device window instead.
 #pragma once
 
+#include "pluginsession.h"
 #include "propertywindows.h"
 #include "recordform.h"
 #include "serverlink.h"
 
 #include <QDialog>
 #include <QList>
-#include <QPointer>
 
 #include <memory>
 #include <utility>
@@ -74,8 +74,7 @@ private:
     RecordForm m_options;     // Alpha .. ImportHour, in the order they are written
     RecordForm m_moreOptions; // ABNotes and Cache, written after the plug-in's settings
     TipFilter *m_tips = nullptr;
-    QString m_plugVars;         // what the plug-in's dialog gave, kept until OK
-    QPointer<QObject> m_plugin; // the plug-in's session object, once created
-    QString m_pluginCode;       // the type it was created for
+    QString m_plugVars;             // what the plug-in's dialog gave, kept until OK
+    PluginSession::Keeper m_plugin; // the plug-in's session object, once created
     WindowResult m_outcome;
 };
