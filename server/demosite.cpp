@@ -271,8 +271,14 @@ Record agent(int number, int index)
     addButtons(r, sales ? u"Sales"_s : u"Customer Svc"_s);
     addEvents(r, sales ? u"Sales"_s : u"Customer Svc"_s);
     r.set(u"NewAB"_s, u"(Directory)"_s);
-    if (sales)
-        r.set(u"Campaigns"_s, u"Spring Renewals"_s);
+    r.flag(u"AB1Use"_s, true).flag(u"AB2Use"_s, false).flag(u"AB3Use"_s, true);
+    r.flag(u"CustomersUse"_s, true).flag(u"HauliersUse"_s, false).flag(u"StaffUse"_s, true);
+    if (sales) {
+        // Half the sales agents have finished calling the lapsed shippers.
+        r.set(u"Campaigns"_s, u"Spring Renewals,Lapsed Shippers"_s);
+        if (number % 2 == 0)
+            r.set(u"CampaignsDone"_s, u"Lapsed Shippers"_s);
+    }
     return r;
 }
 
