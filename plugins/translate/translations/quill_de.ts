@@ -652,6 +652,30 @@
         <translation>Beenden</translation>
     </message>
     <message>
+        <source>(Directory)</source>
+        <translation>(Verzeichnis)</translation>
+    </message>
+    <message>
+        <source>&amp;New contacts go to:</source>
+        <translation>Neue Kontakte speichern &amp;in:</translation>
+    </message>
+    <message>
+        <source>&amp;Configure...</source>
+        <translation>Konfigu&amp;rieren...</translation>
+    </message>
+    <message>
+        <source>Public</source>
+        <translation>Öffentlich</translation>
+    </message>
+    <message>
+        <source>Private</source>
+        <translation>Privat</translation>
+    </message>
+    <message>
+        <source>No user configuration available for &apos;&lt;1&gt;&apos;.</source>
+        <translation>Für „&lt;1&gt;“ gibt es keine Benutzereinstellungen.</translation>
+    </message>
+    <message>
         <source>Edit Button</source>
         <translation>Taste bearbeiten</translation>
     </message>
@@ -1332,6 +1356,11 @@
         <translation>Klicken Sie hier, um die Änderungen zu speichern und dieses Fenster zu schließen.</translation>
     </message>
     <message>
+        <source>QS072</source>
+        <extracomment>List of current Address Books.</extracomment>
+        <translation>Liste der aktuellen Adressbücher.</translation>
+    </message>
+    <message>
         <source>QS073</source>
         <extracomment>Click to assign an action or script to a button.</extracomment>
         <translation>Klicken Sie hier, um einer Taste eine Aktion oder ein Skript zuzuweisen.</translation>
@@ -1512,9 +1541,29 @@
         <translation>Geben Sie den Namen dieser Amtsleitung ein.</translation>
     </message>
     <message>
+        <source>QS109</source>
+        <extracomment>Select the Address Book to create new contacts in.</extracomment>
+        <translation>Wählen Sie das Adressbuch, in dem neue Kontakte angelegt werden.</translation>
+    </message>
+    <message>
         <source>QS110</source>
         <extracomment>Save changes and return to main screen.</extracomment>
         <translation>Änderungen speichern und zum Hauptfenster zurückkehren.</translation>
+    </message>
+    <message>
+        <source>QS111</source>
+        <extracomment>Click to add a private Address Book for the selected user(s).</extracomment>
+        <translation>Klicken Sie hier, um den ausgewählten Benutzern ein privates Adressbuch hinzuzufügen.</translation>
+    </message>
+    <message>
+        <source>QS112</source>
+        <extracomment>Click to configure the selected Address Book for the selected user(s).</extracomment>
+        <translation>Klicken Sie hier, um das ausgewählte Adressbuch für die ausgewählten Benutzer einzurichten.</translation>
+    </message>
+    <message>
+        <source>QS113</source>
+        <extracomment>Click to remove the selected private Address Book.</extracomment>
+        <translation>Klicken Sie hier, um das ausgewählte private Adressbuch zu entfernen.</translation>
     </message>
     <message>
         <source>QS114</source>
