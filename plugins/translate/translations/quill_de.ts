@@ -884,10 +884,6 @@
         <translation>Privates Adressbuch</translation>
     </message>
     <message>
-        <source>&lt;1&gt; Configuration</source>
-        <translation>&lt;1&gt;-Konfiguration</translation>
-    </message>
-    <message>
         <source>&amp;Configure</source>
         <translation>&amp;Konfigurieren</translation>
     </message>
