@@ -131,7 +131,7 @@ QString QuillTranslator::translated(const QString &key, const QString &text)
         const QString missKey = key + u'\n' + text;
         if (!m_missed.contains(missKey)) {
             m_missed.insert(missKey);
-            qCInfo(lcPluginTranslate).noquote()
+            qCDebug(lcPluginTranslate).noquote()
                 << "untranslated:" << (key.isEmpty() ? QString() : key + u' ') + text;
         }
     }

@@ -74,7 +74,7 @@ class TranslatorMisses
 public:
     TranslatorMisses()
     {
-        QLoggingCategory::setFilterRules(QStringLiteral("quill.plugins.translate.info=true"));
+        QLoggingCategory::setFilterRules(QStringLiteral("quill.plugins.translate.debug=true"));
         s_misses.clear();
         s_previous = qInstallMessageHandler(&collect);
     }
