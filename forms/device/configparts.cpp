@@ -121,7 +121,7 @@ QList<ControlTip> controlTips()
 
 QString extTip(const QString &kindText)
 {
-    // Searched in the text as shown, case and all: a speed dial gets the trunks' text.
+    // Searched in the kind's English word, case and all: a speed dial gets the trunks' text.
     if (kindText.contains(u"Ext"_s))
         return Translate(
             u"QS079"_s,

@@ -24,8 +24,8 @@ QList<QCheckBox *> createFlagBoxes(QLayout *features, QLayout *advanced, QLayout
 // The help texts of the fixed controls, of the Address Books page and of every flag box. Ext and
 // Nam depend on the kind: their texts come from extTip and namTip.
 QList<ControlTip> controlTips();
-// The tip of Ext for the kind's text as Typ shows it: "Ext" in it means extensions, else "Agent"
-// agents, and anything else trunks (speed dials included).
+// The tip of Ext for the kind's English word (so in any language): "Ext" in it means extensions,
+// else "Agent" agents, and anything else trunks (speed dials included).
 QString extTip(const QString &kindText);
 // The tip of Nam for the kind index (an extension's for none chosen).
 QString namTip(int kindIndex);

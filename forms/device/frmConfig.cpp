@@ -159,7 +159,7 @@ int frmConfig::kindIndex() const
 QString frmConfig::tipText(const ControlTip &tip) const
 {
     if (tip.control == u"Ext"_s)
-        return ConfigParts::extTip(m_ui->Typ->currentText());
+        return ConfigParts::extTip(DeviceRecord::kindWords().value(kindIndex())); // the English word
     if (tip.control == u"Nam"_s)
         return ConfigParts::namTip(kindIndex());
     return Translate(tip.key, tip.text);

@@ -33,7 +33,7 @@ void LoginDialog::setCredentials(const SessionCredentials &credentials)
     m_ui->password->setText(credentials.password);
     // Start where typing is still needed.
     QLineEdit *first = m_ui->server->text().isEmpty() ? m_ui->server
-        : m_ui->user->text().isEmpty()               ? m_ui->user
+                       : m_ui->user->text().isEmpty() ? m_ui->user
                                                       : m_ui->password;
     first->setFocus();
 }
@@ -56,7 +56,8 @@ void LoginDialog::setReason(const QString &reason)
 
 void LoginDialog::updateOkButton()
 {
-    const bool complete = !m_ui->server->text().trimmed().isEmpty() && !m_ui->user->text().trimmed().isEmpty();
+    const bool complete =
+        !m_ui->server->text().trimmed().isEmpty() && !m_ui->user->text().trimmed().isEmpty();
     m_ui->buttons->button(QDialogButtonBox::Ok)->setEnabled(complete);
 }
 
@@ -81,5 +82,6 @@ bool askKeepTrying(const QString &reason)
 {
     const QString text = reason.isEmpty() ? u"The server does not answer. Keep trying to connect?"_s
                                           : u"The server does not answer (<1>). Keep trying to connect?"_s;
-    return TranslateMsgBox(text, QMessageBox::Yes | QMessageBox::No, reason) == QMessageBox::Yes;
+    // The session's reasons are English.
+    return TranslateMsgBox(text, QMessageBox::Yes | QMessageBox::No, Translate(reason)) == QMessageBox::Yes;
 }

@@ -672,6 +672,10 @@
         <translation>Privat</translation>
     </message>
     <message>
+        <source>Done</source>
+        <translation>erledigt</translation>
+    </message>
+    <message>
         <source>No user configuration available for &apos;&lt;1&gt;&apos;.</source>
         <translation>Für „&lt;1&gt;“ gibt es keine Benutzereinstellungen.</translation>
     </message>
