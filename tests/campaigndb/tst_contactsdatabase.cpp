@@ -1,0 +1,283 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// The campaign window's view of a contacts database: Northwind (Access 2000) and a small Access 97
+// file with every kind of stored query, and broken files made here.
+#include "contactsdatabase.h"
+
+#include <QDir>
+#include <QFile>
+#include <QRandomGenerator>
+#include <QTemporaryDir>
+#include <QTest>
+
+using namespace Qt::StringLiterals;
+using ContactsDatabase::Failure;
+
+class TestContactsDatabase : public QObject
+{
+    Q_OBJECT
+
+private:
+    QString m_northwind;
+    QString m_access97;
+
+private slots:
+    void initTestCase()
+    {
+        const QString dir = qEnvironmentVariable("QUILL_TEST_DATA", QStringLiteral(QUILL_TEST_DATA_DIR));
+        m_northwind = dir + u"/Northwind.mdb"_s;
+        m_access97 = dir + u"/queryTestV1997.mdb"_s;
+        if (!QFile::exists(m_northwind) || !QFile::exists(m_access97))
+            QSKIP(qPrintable(u"the shared test databases are not in %1"_s.arg(dir)));
+    }
+
+    void listsUserTablesThenVisibleQueriesInCatalogueOrder()
+    {
+        const ContactsDatabase::Sources northwind = ContactsDatabase::readSources(m_northwind);
+        QVERIFY2(northwind.ok(), qPrintable(northwind.error));
+        QCOMPARE(northwind.tables,
+                 (QStringList{u"Categories"_s, u"Customers"_s, u"Employees"_s, u"Order Details"_s,
+                              u"Orders"_s, u"Products"_s, u"Shippers"_s, u"Suppliers"_s}));
+        // 52 stored queries, of which the 31 "~sq_" ones (behind forms and reports) are left out.
+        QCOMPARE(northwind.queries.size(), 21);
+        QCOMPARE(northwind.queries.first(), u"Alphabetical List of Products"_s);
+        QVERIFY(northwind.queries.contains(u"Invoices"_s));
+        for (const QString &name : northwind.tables + northwind.queries) {
+            QVERIFY2(!name.startsWith(u'~'), qPrintable(name));
+            QVERIFY2(!name.startsWith("MSYS"_L1, Qt::CaseInsensitive), qPrintable(name));
+        }
+
+        const ContactsDatabase::Sources access97 = ContactsDatabase::readSources(m_access97);
+        QVERIFY2(access97.ok(), qPrintable(access97.error));
+        QCOMPARE(access97.tables, (QStringList{u"Table1"_s, u"Table2"_s, u"Table3"_s}));
+        QCOMPARE(access97.queries,
+                 (QStringList{u"AppendQuery"_s, u"CrosstabQuery"_s, u"DataDefinitionQuery"_s,
+                              u"DeleteQuery"_s, u"MakeTableQuery"_s, u"PassthroughQuery"_s, u"SelectQuery"_s,
+                              u"UnionQuery"_s, u"UpdateQuery"_s}));
+    }
+
+    void readsColumnsOfTablesAndQueriesAndProposesFields()
+    {
+        const struct
+        {
+            bool northwind;
+            QString source;
+            QStringList columns; // the first columns, in order
+            qsizetype count;
+            ContactsDatabase::Proposals proposals;
+        } cases[] = {
+            {true,
+             u"Customers"_s,
+             {u"CustomerID"_s, u"CompanyName"_s, u"ContactName"_s, u"ContactTitle"_s, u"Address"_s, u"City"_s,
+              u"Region"_s, u"PostalCode"_s, u"Country"_s, u"Phone"_s, u"Fax"_s},
+             11,
+             {u"CustomerID"_s, u"Phone"_s, u"CompanyName"_s, QString()}},
+            {true,
+             u"employees"_s, // names are matched ignoring case
+             {u"EmployeeID"_s, u"LastName"_s, u"FirstName"_s},
+             17,
+             {u"EmployeeID"_s, u"HomePhone"_s, u"LastName"_s, u"Notes"_s}},
+            {false, u"Table1"_s, {u"col1"_s, u"col2"_s, u"col3"_s}, 3, {}},
+            // Queries: aliases, plain references, and a name taken from two tables given with its table.
+            {true,
+             u"Invoices"_s,
+             {u"ShipName"_s,
+              u"ShipAddress"_s,
+              u"ShipCity"_s,
+              u"ShipRegion"_s,
+              u"ShipPostalCode"_s,
+              u"ShipCountry"_s,
+              u"CustomerID"_s,
+              u"Customers.CompanyName"_s,
+              u"Address"_s,
+              u"City"_s,
+              u"Region"_s,
+              u"PostalCode"_s,
+              u"Country"_s,
+              u"Salesperson"_s,
+              u"OrderID"_s,
+              u"OrderDate"_s,
+              u"RequiredDate"_s,
+              u"ShippedDate"_s,
+              u"Shippers.CompanyName"_s,
+              u"ProductID"_s},
+             26,
+             {u"CustomerID"_s, QString(), u"ShipName"_s, QString()}},
+            {true,
+             u"Sales Totals by Amount"_s,
+             {u"SaleAmount"_s, u"OrderID"_s, u"CompanyName"_s, u"ShippedDate"_s},
+             4,
+             {u"OrderID"_s, QString(), u"CompanyName"_s, QString()}},
+            {true,
+             u"Customers and Suppliers by City"_s, // a union: the columns of its first select
+             {u"City"_s, u"CompanyName"_s, u"ContactName"_s, u"Relationship"_s},
+             4,
+             {QString(), QString(), u"CompanyName"_s, QString()}},
+            // Table1.* with two more tables: every col1..col3 comes twice and is given with its table.
+            {false,
+             u"SelectQuery"_s,
+             {u"Table1.col1"_s, u"Table1.col2"_s, u"Table1.col3"_s, u"Table2.col1"_s, u"Table2.col2"_s,
+              u"Table3.col3"_s},
+             6,
+             {}},
+            {false, u"MakeTableQuery"_s, {u"MaxOfcol1"_s, u"Table2.col2"_s, u"Table3.col2"_s}, 3, {}},
+            {false, u"UnionQuery"_s, {u"col1"_s, u"col2"_s}, 2, {}},
+        };
+        for (const auto &c : cases) {
+            const ContactsDatabase::Columns columns =
+                ContactsDatabase::readColumns(c.northwind ? m_northwind : m_access97, c.source);
+            QVERIFY2(columns.ok(), qPrintable(columns.error));
+            QCOMPARE(columns.names.mid(0, c.columns.size()), c.columns);
+            QCOMPARE(columns.names.size(), c.count);
+            QCOMPARE(ContactsDatabase::proposeColumns(columns.names), c.proposals);
+        }
+        const ContactsDatabase::Columns employees =
+            ContactsDatabase::readColumns(m_northwind, u"Employees"_s);
+        QCOMPARE(employees.names.mid(12, 5),
+                 (QStringList{u"HomePhone"_s, u"Extension"_s, u"Photo"_s, u"Notes"_s, u"ReportsTo"_s}));
+    }
+
+    void sourcesWithoutColumnsToListAreErrors()
+    {
+        const struct
+        {
+            bool northwind;
+            QString source;
+            Failure failure;
+        } cases[] = {
+            {false, u"CrosstabQuery"_s, Failure::ColumnsUnknown},
+            {false, u"AppendQuery"_s, Failure::ColumnsUnknown},
+            {false, u"UpdateQuery"_s, Failure::ColumnsUnknown},
+            {false, u"DeleteQuery"_s, Failure::ColumnsUnknown},
+            {false, u"DataDefinitionQuery"_s, Failure::ColumnsUnknown},
+            {false, u"PassthroughQuery"_s, Failure::ColumnsUnknown},
+            {true, u"Quarterly Orders by Product"_s, Failure::ColumnsUnknown}, // crosstab
+            // What the listing leaves out cannot be chosen either.
+            {true, u"MSysObjects"_s, Failure::UnknownSource},
+            {true, u"~sq_cCustomers~sq_cCountry"_s, Failure::UnknownSource},
+            {true, u"Contacts"_s, Failure::UnknownSource},
+            {true, QString(), Failure::UnknownSource},
+        };
+        for (const auto &c : cases) {
+            const ContactsDatabase::Columns columns =
+                ContactsDatabase::readColumns(c.northwind ? m_northwind : m_access97, c.source);
+            QCOMPARE(columns.failure, c.failure);
+            QVERIFY(columns.names.isEmpty());
+            QVERIFY2(columns.error.contains(c.source), qPrintable(columns.error));
+        }
+    }
+
+    void proposalsTakeTheFirstColumnThatFits()
+    {
+        const struct
+        {
+            QStringList columns;
+            ContactsDatabase::Proposals proposals;
+        } cases[] = {
+            {{}, {}},
+            {{u"Remarks"_s, u"Number"_s}, {}},
+            {{u"Kunde"_s, u"RecordKey"_s, u"rowid"_s}, {u"RecordKey"_s, {}, {}, {}}},
+            {{u"Telefon"_s, u"Mobile Phone"_s}, {{}, u"Telefon"_s, {}, {}}},
+            {{u"Contact Person"_s, u"Company"_s, u"Name"_s}, {{}, {}, u"Contact Person"_s, {}}},
+            {{u"FreeText"_s, u"Notes"_s}, {{}, {}, {}, u"FreeText"_s}},
+            // One column may be proposed for several fields.
+            {{u"ContactID"_s}, {u"ContactID"_s, {}, u"ContactID"_s, {}}},
+            {{u"ContactTitle"_s, u"CompanyName"_s}, {{}, {}, u"ContactTitle"_s, {}}},
+        };
+        for (const auto &c : cases)
+            QCOMPARE(ContactsDatabase::proposeColumns(c.columns), c.proposals);
+    }
+
+    void brokenFilesGiveErrorValues()
+    {
+        QTemporaryDir dir;
+        QVERIFY(dir.isValid());
+        QFile source(m_northwind);
+        QVERIFY(source.open(QIODevice::ReadOnly));
+        const QByteArray northwind = source.readAll();
+        auto write = [&](const QString &name, const QByteArray &bytes) {
+            QFile file(dir.filePath(name));
+            if (!file.open(QIODevice::WriteOnly) || file.write(bytes) != bytes.size())
+                qFatal("cannot write %s", qPrintable(file.fileName()));
+            return file.fileName();
+        };
+        auto randomBytes = [](qsizetype size) {
+            QByteArray bytes(size, '\0');
+            for (char &b : bytes)
+                b = char(QRandomGenerator::global()->bounded(256));
+            return bytes;
+        };
+        QVERIFY(QDir(dir.path()).mkdir(u"folder.mdb"_s));
+
+        const struct
+        {
+            QString path;
+            Failure failure;
+        } cases[] = {
+            {dir.filePath(u"missing.mdb"_s), Failure::Missing},
+            {dir.filePath(u"folder.mdb"_s), Failure::Unreadable},
+            {write(u"empty.mdb"_s, {}), Failure::NotDatabase},
+            {write(u"random.mdb"_s, randomBytes(3 * 4096)), Failure::NotDatabase},
+            {write(u"text.mdb"_s, "Standard Jet DB, or so it says\n"), Failure::NotDatabase},
+            {write(u"cut100.mdb"_s, northwind.left(100)), Failure::Damaged},
+            {write(u"cut2pages.mdb"_s, northwind.left(2 * 4096)), Failure::Damaged},
+            {write(u"cutodd.mdb"_s, northwind.left(100000)), Failure::Damaged},
+            {write(u"cut16pages.mdb"_s, northwind.left(16 * 4096)), Failure::Damaged},
+            {write(u"cut100pages.mdb"_s, northwind.left(100 * 4096)), Failure::Damaged},
+            {write(u"cut256pages.mdb"_s, northwind.left(256 * 4096)), Failure::Damaged},
+        };
+        for (const auto &c : cases) {
+            const ContactsDatabase::Sources sources = ContactsDatabase::readSources(c.path);
+            QCOMPARE(sources.failure, c.failure);
+            QVERIFY(sources.tables.isEmpty() && sources.queries.isEmpty());
+            QVERIFY2(sources.error.contains(QDir::toNativeSeparators(c.path)), qPrintable(sources.error));
+            const ContactsDatabase::Columns columns = ContactsDatabase::readColumns(c.path, u"Customers"_s);
+            QCOMPARE(columns.failure, c.failure);
+            QVERIFY(columns.names.isEmpty());
+        }
+
+        // A good header before damaged pages: whatever libmdb makes of them, the answer is a value.
+        for (int round = 0; round < 6; ++round) {
+            QByteArray damaged = northwind;
+            if (round % 2 == 0) {
+                damaged.replace(4096, damaged.size() - 4096, randomBytes(damaged.size() - 4096));
+            } else {
+                for (int i = 0; i < 400; ++i)
+                    damaged[4096 + QRandomGenerator::global()->bounded(damaged.size() - 4096)] =
+                        char(QRandomGenerator::global()->bounded(256));
+            }
+            const QString path = write(u"damaged%1.mdb"_s.arg(round), damaged);
+            const ContactsDatabase::Sources sources = ContactsDatabase::readSources(path);
+            QVERIFY(sources.ok() || (!sources.error.isEmpty() && sources.tables.isEmpty()));
+            for (const QString &name : {u"Customers"_s, u"Invoices"_s}) {
+                const ContactsDatabase::Columns columns = ContactsDatabase::readColumns(path, name);
+                QVERIFY(columns.ok() || (!columns.error.isEmpty() && columns.names.isEmpty()));
+            }
+        }
+    }
+
+    void readsRunSideBySideOffTheCallersThread()
+    {
+        QList<QFuture<ContactsDatabase::Sources>> listings;
+        QList<QFuture<ContactsDatabase::Columns>> columns;
+        for (int i = 0; i < 3; ++i) {
+            listings << ContactsDatabase::readSourcesAsync(m_northwind)
+                     << ContactsDatabase::readSourcesAsync(m_access97);
+            columns << ContactsDatabase::readColumnsAsync(m_northwind, u"Customers"_s)
+                    << ContactsDatabase::readColumnsAsync(m_access97, u"nothing"_s);
+        }
+        const ContactsDatabase::Sources northwind = ContactsDatabase::readSources(m_northwind);
+        const ContactsDatabase::Sources access97 = ContactsDatabase::readSources(m_access97);
+        for (qsizetype i = 0; i < listings.size(); ++i) {
+            const ContactsDatabase::Sources &expected = i % 2 == 0 ? northwind : access97;
+            QCOMPARE(listings[i].result().tables, expected.tables);
+            QCOMPARE(listings[i].result().queries, expected.queries);
+        }
+        for (qsizetype i = 0; i < columns.size(); ++i) {
+            QCOMPARE(columns[i].result().failure, i % 2 == 0 ? Failure::None : Failure::UnknownSource);
+            QCOMPARE(columns[i].result().names.size(), i % 2 == 0 ? 11 : 0);
+        }
+    }
+};
+
+QTEST_GUILESS_MAIN(TestContactsDatabase)
+#include "tst_contactsdatabase.moc"
