@@ -20,6 +20,7 @@
 #include <QTcpSocket>
 #include <QTest>
 #include <QTimer>
+#include <QWebSocket>
 
 #include <functional>
 #include <memory>
@@ -84,7 +85,6 @@ private:
     QTimer m_poll;
 };
 
-// An address where nothing listens: a port that was free a moment ago.
 QString listScripts(const QString &ref)
 {
     return u"{Cmd=GetList}{Table=Scripts}{Ref="_s + ref + u"}{Fields=ScriptId,Id,Name,Script}{Sort=Name}"_s;
@@ -92,10 +92,7 @@ QString listScripts(const QString &ref)
 
 QString storeScript(const QString &name, const QString &text)
 {
-    QString command = u"{Cmd=SetFields}{Table=Scripts}"_s;
-    AddVar(command, u"Fields"_s, record({{u"Name"_s, name}, {u"Script"_s, text}}));
-    AddVar(command, u"Id"_s, -1);
-    return command;
+    return setFieldsCommand(u"Scripts"_s, record({{u"Name"_s, name}, {u"Script"_s, text}}));
 }
 } // namespace
 
@@ -348,6 +345,18 @@ private slots:
         untrusting.StartSession(u"QuillServer Configuration"_s);
         QTRY_COMPARE_WITH_TIMEOUT(untrustingLog.count(u"LOGOUT"_s), 1, 20000);
         QCOMPARE(untrustingLog.count(u"READY"_s), 0);
+
+        // A plain ws:// client gets nowhere on the TLS port.
+        QUrl plain = tlsServer.url();
+        plain.setScheme(u"ws"_s);
+        QWebSocket clear;
+        bool connected = false, ended = false;
+        connect(&clear, &QWebSocket::connected, this, [&] { connected = true; });
+        connect(&clear, &QWebSocket::disconnected, this, [&] { ended = true; });
+        connect(&clear, qOverload<QAbstractSocket::SocketError>(&QWebSocket::error), this, [&] { ended = true; });
+        clear.open(plain);
+        QTRY_VERIFY_WITH_TIMEOUT(ended, 10000);
+        QVERIFY(!connected);
         QVERIFY(tlsServer.stop());
     }
 };

@@ -3,6 +3,7 @@
 // frames and collects what comes back.
 #pragma once
 
+#include "listreplies.h"
 #include "serverprocess.h"
 #include "tagvalue.h"
 
@@ -19,15 +20,6 @@ using namespace Qt::StringLiterals;
 
 inline const QString ping = u"{Cmd=Ping}{Handler=Branch}"_s;
 inline const QString echo = u"{Cmd=PINGECHO}"_s;
-
-// "{Cmd=SetFields}{Table=table}", then Fields and Id added with AddVar, as the tool writes.
-inline QString setFields(const QString &table, const QString &fields, const QVariant &id = -1)
-{
-    QString command = u"{Cmd=SetFields}{Table="_s + table + u'}';
-    AddVar(command, u"Fields"_s, fields);
-    AddVar(command, u"Id"_s, id);
-    return command;
-}
 
 // A WebSocket client that keeps every text frame it receives, in order.
 class RawClient : public QObject

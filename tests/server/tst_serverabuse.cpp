@@ -168,13 +168,13 @@ void tst_ServerAbuse::badCommandsAreRefusedWithOneLineEach()
         u"{Table=Exts}{Id=1}"_s,
         QString(),
         u"hello"_s,
-        setFields(u"Exts"_s, u"{Name(S3)=Bob}"_s, {}),    // no Id
-        setFields(u"Exts"_s, u"{Name(S3)=Bob}"_s, 99999), // no such device
-        setFields(u"Exts"_s, u"{Name(S3)=Bob}"_s, -1),    // new device, no Ext
-        setFields(u"Exts"_s, u"{Ext(S3)=201}"_s, 3),      // another device's Ext
-        setFields(u"Exts"_s, u"not a tag"_s, 1),
-        setFields(u"Exts"_s, u"{Bad}Name(S1)=x}"_s, 1),
-        setFields(u"System"_s, u"{Options(S3)=x=1}"_s, {}),
+        setFieldsCommand(u"Exts"_s, u"{Name(S3)=Bob}"_s, {}),    // no Id
+        setFieldsCommand(u"Exts"_s, u"{Name(S3)=Bob}"_s, 99999), // no such device
+        setFieldsCommand(u"Exts"_s, u"{Name(S3)=Bob}"_s, -1),    // new device, no Ext
+        setFieldsCommand(u"Exts"_s, u"{Ext(S3)=201}"_s, 3),      // another device's Ext
+        setFieldsCommand(u"Exts"_s, u"not a tag"_s, 1),
+        setFieldsCommand(u"Exts"_s, u"{Bad}Name(S1)=x}"_s, 1),
+        setFieldsCommand(u"System"_s, u"{Options(S3)=x=1}"_s, {}),
         u"{Cmd=Delete}{Table=Exts}{Id=99998,99999}"_s,
         u"{Cmd=Delete}{Table=Campaigns}{Id=abc}"_s,
         u"{Cmd=Delete}{Table=System}{Id=PBX}"_s,
@@ -205,7 +205,7 @@ void tst_ServerAbuse::truncatedAndRandomFramesChangeNothing()
 {
     // Writes cut short at every length: each is refused, none changes anything.
     const QStringList writes = {
-        setFields(u"Exts"_s, u"{Name(S9)=Cut Short}{Notes(S7)=a}b{c}d}"_s, 5),
+        setFieldsCommand(u"Exts"_s, u"{Name(S9)=Cut Short}{Notes(S7)=a}b{c}d}"_s, 5),
         u"{Cmd=Delete}{Table=Exts}{Id(S5)=1,2,3}"_s,
         u"{Cmd=SetField}{Table=Routing}{Id(S1)=1}{Field(S5)=Order}{Value(N1)=9}"_s,
     };

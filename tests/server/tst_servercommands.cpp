@@ -1,22 +1,11 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // The command catalogue against quillserverd over a real loopback session.
-#include "listreplies.h"
 #include "serverharness.h"
 
 #include <QFile>
 #include <QTest>
 
 using namespace Qt::StringLiterals;
-
-namespace {
-QStringList column(const QString &reply, const QString &field)
-{
-    QStringList values;
-    for (const QString &row : readList(reply))
-        values.append(getText(row, field));
-    return values;
-}
-} // namespace
 
 class tst_ServerCommands : public QObject
 {
@@ -72,9 +61,9 @@ void tst_ServerCommands::cleanup()
 QString tst_ServerCommands::createDevice(const QString &ext,
                                          std::initializer_list<std::pair<QString, QVariant>> fields)
 {
-    send(setFields(u"Exts"_s, record({{u"Ext"_s, ext}}) + record(fields), u"-1"_s));
+    send(setFieldsCommand(u"Exts"_s, record({{u"Ext"_s, ext}}) + record(fields), u"-1"_s));
     const QString list = request(u"{Cmd=GetList}{Table=Exts}{Fields=Id,Ext}{Sort=Id}"_s);
-    return column(list, u"Id"_s).value(column(list, u"Ext"_s).indexOf(ext));
+    return listColumn(list, u"Id"_s).value(listColumn(list, u"Ext"_s).indexOf(ext));
 }
 
 QString tst_ServerCommands::deviceList(const QString &sort)
@@ -104,7 +93,7 @@ void tst_ServerCommands::getListOrdersRowsCountsThemAndAnswersEmptyTables()
     const QString byExt = deviceList(u"Ext"_s);
     QCOMPARE(getText(byExt, u"Ref"_s), u"MAIN-EXTS"_s);
     QCOMPARE(GetVar(byExt, u"ListCount"_s).toInt(), 5);
-    QCOMPARE(column(byExt, u"Ext"_s), (QStringList{u"9"_s, u"10"_s, u"100"_s, u"abc"_s, u"ABD"_s}));
+    QCOMPARE(listColumn(byExt, u"Ext"_s), (QStringList{u"9"_s, u"10"_s, u"100"_s, u"abc"_s, u"ABD"_s}));
     // The id aliases give the record id; a field the record lacks is left out of its row.
     for (const QString &row : readList(byExt)) {
         QCOMPARE(getText(row, u"ExtensionId"_s), getText(row, u"Id"_s));
@@ -115,9 +104,9 @@ void tst_ServerCommands::getListOrdersRowsCountsThemAndAnswersEmptyTables()
 
     // Equal names keep id order; the sort field is matched without regard to case.
     const QString byName = deviceList(u"name"_s);
-    QCOMPARE(column(byName, u"Name"_s),
+    QCOMPARE(listColumn(byName, u"Name"_s),
              (QStringList{u"Alpha"_s, u"Alpha"_s, u"bravo"_s, u"charlie"_s, u"Delta"_s}));
-    QCOMPARE(column(byName, u"Ext"_s).mid(0, 2), (QStringList{u"9"_s, u"ABD"_s}));
+    QCOMPARE(listColumn(byName, u"Ext"_s).mid(0, 2), (QStringList{u"9"_s, u"ABD"_s}));
 }
 
 void tst_ServerCommands::getFieldsReadsOneRecordOrMarksDifferencesAcrossSeveral()
@@ -165,7 +154,7 @@ void tst_ServerCommands::setFieldsMergesAndKeepsFieldsNotSent()
     const QString b = createDevice(u"302"_s, {{u"Name"_s, u"Eve"_s}, {u"Dept"_s, u"Accounts"_s}});
     createDevice(u"303"_s, {{u"Name"_s, u"Fay"_s}, {u"Dept"_s, u"Accounts"_s}});
 
-    send(setFields(u"Exts"_s, record({{u"Name"_s, u"Dee Walsh"_s}}), a));
+    send(setFieldsCommand(u"Exts"_s, record({{u"Name"_s, u"Dee Walsh"_s}}), a));
     QString read = u"{Cmd=GetFields}{Table=Exts}{Fields=Ext,Name,Dept,Notes,Privacy}{Ref=EXTS-EXT}"_s;
     AddVar(read, u"Id"_s, a);
     QString reply = request(read);
@@ -178,20 +167,20 @@ void tst_ServerCommands::setFieldsMergesAndKeepsFieldsNotSent()
     // A field sent empty (with the always-write flag) is cleared; the others stay.
     QString clear;
     AddVar(clear, u"Notes"_s, QString(), true);
-    send(setFields(u"Exts"_s, clear, a));
+    send(setFieldsCommand(u"Exts"_s, clear, a));
     reply = request(read);
     QVERIFY(!reply.contains(u"Notes"_s));
     QCOMPARE(getText(reply, u"Privacy"_s), u"1"_s);
 
     // Several ids: each device takes the fields sent and keeps its own name.
-    send(setFields(u"Exts"_s, record({{u"Dept"_s, u"Finance"_s}}), QString(a + u',' + b)));
+    send(setFieldsCommand(u"Exts"_s, record({{u"Dept"_s, u"Finance"_s}}), QString(a + u',' + b)));
     const QString list = deviceList(u"Ext"_s);
-    QCOMPARE(column(list, u"Dept"_s), (QStringList{u"Finance"_s, u"Finance"_s, u"Accounts"_s}));
-    QCOMPARE(column(list, u"Name"_s), (QStringList{u"Dee Walsh"_s, u"Eve"_s, u"Fay"_s}));
+    QCOMPARE(listColumn(list, u"Dept"_s), (QStringList{u"Finance"_s, u"Finance"_s, u"Accounts"_s}));
+    QCOMPARE(listColumn(list, u"Name"_s), (QStringList{u"Dee Walsh"_s, u"Eve"_s, u"Fay"_s}));
 
     // Script 7 of the example: stored as sent, and an empty record keeps what is there.
     for (int i = 0; i < 7; ++i)
-        send(setFields(u"Scripts"_s, record({{u"Name"_s, QString(u"s"_s + QString::number(i))}}), u"-1"_s));
+        send(setFieldsCommand(u"Scripts"_s, record({{u"Name"_s, QString(u"s"_s + QString::number(i))}}), u"-1"_s));
     send(u"{Cmd=SetFields}{Table=Scripts}{Fields(S33)={Name(S5)=Daily}{Script(S4)=Beep}}{Id(S1)=7}"_s);
     send(u"{Cmd=SetFields}{Table=Scripts}{Id(S1)=7}"_s);
     const QString script = request(
@@ -210,7 +199,7 @@ void tst_ServerCommands::newRecordsAndDevicesWhoseExtExists()
     QVERIFY(second.toInt() > first.toInt());
 
     // Id -1 with a number that exists updates that device instead of adding another.
-    send(setFields(u"Exts"_s, record({{u"Ext"_s, u"401"_s}, {u"Name"_s, u"Gil Evans"_s}}), u"-1"_s));
+    send(setFieldsCommand(u"Exts"_s, record({{u"Ext"_s, u"401"_s}, {u"Name"_s, u"Gil Evans"_s}}), u"-1"_s));
     QCOMPARE(GetVar(deviceList(u"Ext"_s), u"ListCount"_s).toInt(), 2);
     QString read = u"{Cmd=GetFields}{Table=Exts}{Fields=Name,Dept,Mobile}{Ref=EXTS-EXT}"_s;
     AddVar(read, u"Id"_s, first);
@@ -219,8 +208,8 @@ void tst_ServerCommands::newRecordsAndDevicesWhoseExtExists()
     QCOMPARE(getText(reply, u"Mobile"_s), u"07700900401"_s);
 
     // Other tables: every Id -1 is a new record with a new id.
-    send(setFields(u"AB"_s, record({{u"Name"_s, u"Customers"_s}, {u"Type"_s, u"ODBC"_s}}), u"-1"_s));
-    send(setFields(u"AB"_s, record({{u"Name"_s, u"Customers"_s}, {u"Type"_s, u"ODBC"_s}}), u"-1"_s));
+    send(setFieldsCommand(u"AB"_s, record({{u"Name"_s, u"Customers"_s}, {u"Type"_s, u"ODBC"_s}}), u"-1"_s));
+    send(setFieldsCommand(u"AB"_s, record({{u"Name"_s, u"Customers"_s}, {u"Type"_s, u"ODBC"_s}}), u"-1"_s));
     const QString books =
         request(u"{Cmd=GetList}{Table=Ab}{Ref=MAIN-AB}{Fields=ABId,Id,Type,Name}{Sort=Name}"_s);
     QCOMPARE(GetVar(books, u"ListCount"_s).toInt(), 2);
@@ -248,7 +237,7 @@ void tst_ServerCommands::featureCodesWithoutTheirWrapperAndAddressBookRebuild()
     // ABRebuild names the book (by name, as the tool does, or by id) and refreshes its statistics.
     const QString stats =
         record({{u"HitRate"_s, QVariant(50)}, {u"Find1"_s, record({{u"Search"_s, u"Bootle"_s}})}});
-    send(setFields(u"AB"_s, record({{u"Name"_s, u"Customers"_s}, {u"Statistics"_s, stats}}), u"-1"_s));
+    send(setFieldsCommand(u"AB"_s, record({{u"Name"_s, u"Customers"_s}, {u"Statistics"_s, stats}}), u"-1"_s));
     send(u"{Cmd=ABRebuild}{Ab=customers}"_s);
     const QString book =
         request(u"{Cmd=GetFields}{Table=Ab}{Fields=Name,Type,Options,Statistics}{Ref=AB-AB}{Id=1}"_s);
@@ -257,7 +246,7 @@ void tst_ServerCommands::featureCodesWithoutTheirWrapperAndAddressBookRebuild()
     QCOMPARE(getText(getText(refreshed, u"Find1"_s), u"Search"_s), u"Bootle"_s);
     QCOMPARE(GetVar(refreshed, u"HitRate"_s).toDouble(), 50.0);
     // A name wins over an id: {Ab=1} rebuilds the book named "1", not the book whose id is 1.
-    send(setFields(u"AB"_s, record({{u"Name"_s, u"1"_s}}), u"-1"_s));
+    send(setFieldsCommand(u"AB"_s, record({{u"Name"_s, u"1"_s}}), u"-1"_s));
     send(u"{Cmd=ABRebuild}{Ab=1}"_s);
     const QString named = request(u"{Cmd=GetFields}{Table=Ab}{Fields=Name,Statistics}{Ref=AB-AB}{Id=2}"_s);
     QCOMPARE(getText(named, u"Name"_s), u"1"_s);

@@ -14,7 +14,7 @@ QString createScript(int n)
     QString fields;
     AddVar(fields, u"Name"_s, u"Script %1"_s.arg(n, 3, 10, QLatin1Char('0')));
     AddVar(fields, u"Script"_s, u"Beep %1"_s.arg(n));
-    return setFields(u"Scripts"_s, fields);
+    return setFieldsCommand(u"Scripts"_s, fields);
 }
 
 // Runs statement on the SQLite file directly, outside any server.

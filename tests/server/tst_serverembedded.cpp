@@ -70,8 +70,8 @@ void tst_ServerEmbedded::refusalsAreCountedAndLeaveDataAlone()
     QVERIFY(server.isEmpty());
     QSignalSpy refusals(&server, &QuillServer::refused);
 
-    QCOMPARE(server.execute(setFields(u"Scripts"_s, u"{Name(S3)=One}"_s)), QString());
-    QCOMPARE(server.execute(setFields(u"Scripts"_s, u"{Name(S3)=Two}"_s)), QString());
+    QCOMPARE(server.execute(setFieldsCommand(u"Scripts"_s, u"{Name(S3)=One}"_s)), QString());
+    QCOMPARE(server.execute(setFieldsCommand(u"Scripts"_s, u"{Name(S3)=Two}"_s)), QString());
     QVERIFY(!server.isEmpty());
     QCOMPARE(refusals.count(), 0);
 
@@ -143,8 +143,8 @@ void tst_ServerEmbedded::instancesInTwoThreadsKeepTheirOwnData()
     QVERIFY(thereClient.open(thereUrl));
     QVERIFY(thereClient.logInWithToken(thereToken));
 
-    hereClient.send(setFields(u"Scripts"_s, record({{u"Name"_s, u"Here"_s}})));
-    thereClient.send(setFields(u"Scripts"_s, record({{u"Name"_s, u"There"_s}})));
+    hereClient.send(setFieldsCommand(u"Scripts"_s, record({{u"Name"_s, u"Here"_s}})));
+    thereClient.send(setFieldsCommand(u"Scripts"_s, record({{u"Name"_s, u"There"_s}})));
     for (auto [client, name] : {std::pair{&hereClient, u"Here"_s}, std::pair{&thereClient, u"There"_s}}) {
         const QString list = client->request(u"{Cmd=GetList}{Table=Scripts}{Fields=Name}{Sort=Name}"_s);
         QCOMPARE(GetVar(list, u"ListCount"_s).toInt(), 1);

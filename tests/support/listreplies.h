@@ -21,6 +21,22 @@ inline QString record(std::initializer_list<std::pair<QString, QVariant>> fields
         AddVar(vars, name, value);
     return vars;
 }
+inline QString record(const QList<std::pair<QString, QVariant>> &fields)
+{
+    QString vars;
+    for (const auto &[name, value] : fields)
+        AddVar(vars, name, value);
+    return vars;
+}
+
+// "{Cmd=SetFields}{Table=table}" with Fields and Id added by AddVar, as the tool stores a record.
+inline QString setFieldsCommand(const QString &table, const QString &fields, const QVariant &id = -1)
+{
+    QString command = u"{Cmd=SetFields}{Table="_s + table + u'}';
+    AddVar(command, u"Fields"_s, fields);
+    AddVar(command, u"Id"_s, id);
+    return command;
+}
 
 // A list reply of these rows, in this order.
 inline QString listReply(const QStringList &rows)
@@ -30,6 +46,15 @@ inline QString listReply(const QStringList &rows)
     for (qsizetype row = 0; row < rows.size(); ++row)
         AddVar(reply, u"List"_s + QString::number(row + 1), rows[row]);
     return reply;
+}
+
+// One field of every row of a list reply, in the reply's order.
+inline QStringList listColumn(const QString &reply, const QString &field)
+{
+    QStringList values;
+    for (const QString &row : readList(reply))
+        values.append(getText(row, field));
+    return values;
 }
 
 // The same list reply with its rows the other way round.

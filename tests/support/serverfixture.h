@@ -87,14 +87,7 @@ public:
     }
 
     // The ids of a list reply, in its order.
-    static QStringList replyIds(const QString &reply)
-    {
-        QStringList ids;
-        const QStringList rows = readList(reply);
-        for (const QString &row : rows)
-            ids.append(getText(row, u"Id"_s));
-        return ids;
-    }
+    static QStringList replyIds(const QString &reply) { return listColumn(reply, u"Id"_s); }
     static QString fieldOf(const QString &reply, const QString &id, const QString &field)
     {
         const QStringList rows = readList(reply);
@@ -106,13 +99,7 @@ public:
     }
 
     // Stores a new record in table: "{Cmd=SetFields}{Table=...}" with Fields and Id -1.
-    void create(const QString &table, const QString &fields)
-    {
-        QString command = u"{Cmd=SetFields}{Table="_s + table + u'}';
-        AddVar(command, u"Fields"_s, fields);
-        AddVar(command, u"Id"_s, -1);
-        link.SendCommand(command);
-    }
+    void create(const QString &table, const QString &fields) { link.SendCommand(setFieldsCommand(table, fields)); }
 
     RecordingRelay relay;
     usrSession session;
