@@ -113,12 +113,8 @@ void DirectoryTest::cleanup()
 
 QString DirectoryTest::idOfExt(const QString &ext) const
 {
-    const QStringList rows = readList(m_fixture->lastReply(u"EXTS"_s));
-    for (const QString &row : rows) {
-        if (getText(row, u"Ext"_s) == ext)
-            return getText(row, u"Id"_s);
-    }
-    return {};
+    const QString reply = m_fixture->lastReply(u"EXTS"_s);
+    return listColumn(reply, u"Id"_s).value(listColumn(reply, u"Ext"_s).indexOf(ext));
 }
 
 void DirectoryTest::selectRows(int first, int last)
