@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // The routing-condition window against quillserverd: labels and tips, the criteria stored exactly as
 // typed (and still so after a restart), the order it writes, and the routing list that opens it.
+#include "findchild.h"
 #include "frmRouting.h"
 #include "maintool.h"
 #include "modalwindow.h"
@@ -22,25 +23,18 @@ namespace {
 
 const QStringList books{u"Customers"_s, u"Suppliers"_s};
 
-template <typename T> T *child(const QWidget &window, const QString &name)
+// The record OK writes for a condition: its Options always, even empty.
+QString condition(const QVariant &order, const QString &name, const QString &options)
 {
-    auto *found = window.findChild<T *>(name);
-    if (!found)
-        qFatal("no control %s", qPrintable(name));
-    return found;
+    QString fields = record({{u"Order"_s, order}, {u"Name"_s, name}});
+    AddVar(fields, u"Options"_s, options, true);
+    return fields;
 }
 
 // What OK sends for a condition, built as the server expects it.
 QString setFields(const QVariant &order, const QString &name, const QString &options, const QString &id)
 {
-    QString record;
-    AddVar(record, u"Order"_s, order);
-    AddVar(record, u"Name"_s, name);
-    AddVar(record, u"Options"_s, options, true);
-    QString command = u"{Cmd=SetFields}{Table=Routing}"_s;
-    AddVar(command, u"Fields"_s, record);
-    AddVar(command, u"Id"_s, id);
-    return command;
+    return setFieldsCommand(u"Routing"_s, condition(order, name, options), id);
 }
 
 // A translation that knows only the key the date and time tips share.
@@ -75,77 +69,58 @@ private slots:
     }
     void cleanupTestCase() { m_fixture.reset(); }
 
-    void everyControlHasItsLabelAndTip_data()
-    {
-        QTest::addColumn<QString>("control");
-        QTest::addColumn<QString>("label");
-        QTest::addColumn<QString>("tip");
-        const auto row = [](const char *control, const QString &label, const QString &tip) {
-            QTest::newRow(control) << QString::fromLatin1(control) << label << tip;
-        };
-        row("rName", u"&Name:"_s, u"Enter the name of this Routing Condition."_s);
-        row("rCaller", u"&Caller tel:"_s,
-            u"Enter any criteria to match for callers.  Wildcards (*) and Commas (,) are valid."_s);
-        row("rCalled", u"Called &tel:"_s,
-            u"Enter any criteria to match for called numbers.  Wildcards (*) and Commas (,) are valid."_s);
-        row("rExt", u"&Ringing ext:"_s,
-            u"Enter any criteria to match for ringing extensions.  Wildcards (*) and Commas (,) are valid."_s);
-        row("rAB", u"&Address Book:"_s, u"Select the Address Book to check callers against."_s);
-        row("rDay", u"Da&y:"_s, u"Enter the weekday(s) during which this Route will operate."_s);
-        row("rDate", u"&Date:"_s,
-            u"Enter the Date(s) during which this Route will operate.  Multiple dates can be separated by commas."_s);
-        row("rTime", u"&Time:"_s,
-            u"Enter the times during which this Route will operate. This can be a list, ie 09:00-11:30, 14:00-17:00"_s);
-        row("rDestination", u"De&stination:"_s,
-            u"Enter the destination address to route calls to.  This entry is mandatory."_s);
-        row("OK", u"OK"_s, u"Click to save changes and close this window."_s);
-        row("Cancel", u"Cancel"_s, u"Click to undo any changes and close this window."_s);
-    }
+    // Each control's label and tip; the date and time tips share one key, so that a translation of
+    // it serves both.
     void everyControlHasItsLabelAndTip()
     {
-        QFETCH(QString, control);
-        QFETCH(QString, label);
-        QFETCH(QString, tip);
-        frmRouting window(m_fixture->link, books, 0);
-        QCOMPARE(child<QLabel>(window, u"Tip"_s)->text(), u" "_s); // until a control has the focus
-        window.show();
-        QVERIFY(QTest::qWaitForWindowActive(&window));
-        QCOMPARE(window.windowTitle(), u"Routing Condition"_s);
-        auto *widget = child<QWidget>(window, control);
-        if (auto *button = qobject_cast<QPushButton *>(widget)) {
-            QCOMPARE(button->text(), label);
-        } else {
-            const QList<QLabel *> labels = window.findChildren<QLabel *>();
-            const auto found = std::find_if(labels.begin(), labels.end(), [&](QLabel *l) { return l->buddy() == widget; });
-            QVERIFY(found != labels.end());
-            QCOMPARE((*found)->text(), label);
-        }
-        widget->setFocus();
-        QTRY_COMPARE(child<QLabel>(window, u"Tip"_s)->text(), tip);
-
-        // The lists: a blank entry, then the books in the main list's order, or the weekday rules.
-        QCOMPARE(child<QComboBox>(window, u"rAB"_s)->count(), 3);
-        QCOMPARE(child<QComboBox>(window, u"rAB"_s)->itemText(2), u"Suppliers"_s);
-        auto *day = child<QComboBox>(window, u"rDay"_s);
-        QCOMPARE(day->count(), 10);
-        QCOMPARE(day->itemText(0), QString());
-        QCOMPARE(day->itemText(1), u"Monday"_s);
-        QCOMPARE(day->itemText(9), u"Weekends only"_s);
-    }
-
-    // The date and time tips share one key: a translation of it serves both.
-    void dateAndTimeShareTheirTranslatedTip()
-    {
+        const QList<std::tuple<QString, QString, QString>> controls{
+            {u"rName"_s, u"&Name:"_s, u"Enter the name of this Routing Condition."_s},
+            {u"rCaller"_s, u"&Caller tel:"_s,
+             u"Enter any criteria to match for callers.  Wildcards (*) and Commas (,) are valid."_s},
+            {u"rCalled"_s, u"Called &tel:"_s,
+             u"Enter any criteria to match for called numbers.  Wildcards (*) and Commas (,) are valid."_s},
+            {u"rExt"_s, u"&Ringing ext:"_s,
+             u"Enter any criteria to match for ringing extensions.  Wildcards (*) and Commas (,) are valid."_s},
+            {u"rAB"_s, u"&Address Book:"_s, u"Select the Address Book to check callers against."_s},
+            {u"rDay"_s, u"Da&y:"_s, u"Enter the weekday(s) during which this Route will operate."_s},
+            {u"rDate"_s, u"&Date:"_s,
+             u"Enter the Date(s) during which this Route will operate.  Multiple dates can be separated by commas."_s},
+            {u"rTime"_s, u"&Time:"_s,
+             u"Enter the times during which this Route will operate. This can be a list, ie 09:00-11:30, 14:00-17:00"_s},
+            {u"rDestination"_s, u"De&stination:"_s,
+             u"Enter the destination address to route calls to.  This entry is mandatory."_s},
+            {u"OK"_s, u"OK"_s, u"Click to save changes and close this window."_s},
+            {u"Cancel"_s, u"Cancel"_s, u"Click to undo any changes and close this window."_s}};
         DateTimeTranslator translator;
-        setTranslator(&translator);
-        frmRouting window(m_fixture->link, books, 0);
-        window.show();
-        QVERIFY(QTest::qWaitForWindowActive(&window));
-        for (const QString &control : {u"rDate"_s, u"rTime"_s}) {
-            child<QWidget>(window, control)->setFocus();
-            QTRY_COMPARE(child<QLabel>(window, u"Tip"_s)->text(), u"Wann diese Route gilt."_s);
-            child<QWidget>(window, u"rName"_s)->setFocus();
-            QTRY_COMPARE(child<QLabel>(window, u"Tip"_s)->text(), u"Enter the name of this Routing Condition."_s);
+        for (const bool translated : {false, true}) {
+            setTranslator(translated ? &translator : nullptr);
+            frmRouting window(m_fixture->link, books, 0);
+            QCOMPARE(child<QLabel>(window, u"Tip"_s)->text(), u" "_s); // until a control has the focus
+            window.show();
+            QVERIFY(QTest::qWaitForWindowActive(&window));
+            QCOMPARE(window.windowTitle(), u"Routing Condition"_s);
+            const QList<QLabel *> labels = window.findChildren<QLabel *>();
+            for (const auto &[control, label, tip] : controls) {
+                auto *widget = child<QWidget>(window, control);
+                const auto found = std::find_if(labels.begin(), labels.end(),
+                                                [&](QLabel *l) { return l->buddy() == widget; });
+                if (auto *button = qobject_cast<QPushButton *>(widget))
+                    QCOMPARE(button->text(), label);
+                else
+                    QCOMPARE(found != labels.end() ? (*found)->text() : QString(), label);
+                widget->setFocus();
+                const bool dateOrTime = control == u"rDate"_s || control == u"rTime"_s;
+                QTRY_COMPARE(child<QLabel>(window, u"Tip"_s)->text(),
+                             translated && dateOrTime ? u"Wann diese Route gilt."_s : tip);
+            }
+            // The lists: a blank entry, then the books in the main list's order, or the weekday rules.
+            QCOMPARE(child<QComboBox>(window, u"rAB"_s)->count(), 3);
+            QCOMPARE(child<QComboBox>(window, u"rAB"_s)->itemText(2), u"Suppliers"_s);
+            auto *day = child<QComboBox>(window, u"rDay"_s);
+            QCOMPARE(day->count(), 10);
+            QCOMPARE(day->itemText(0), QString());
+            QCOMPARE(day->itemText(1), u"Monday"_s);
+            QCOMPARE(day->itemText(9), u"Weekends only"_s);
         }
         setTranslator(nullptr);
     }
@@ -183,12 +158,7 @@ private slots:
 
         QVERIFY(m_fixture->restartServer());
         const QString list = m_fixture->fetch(u"MAIN-ROUTING"_s);
-        const QStringList names = [&] {
-            QStringList result;
-            for (const QString &row : readList(list))
-                result << getText(row, u"Name"_s);
-            return result;
-        }();
+        const QStringList names = listColumn(list, u"Name"_s);
         const QString id = ServerFixture::replyIds(list).value(names.indexOf(name));
         QVERIFY2(!id.isEmpty(), qPrintable(list));
 
@@ -215,13 +185,7 @@ private slots:
         QTest::addColumn<QString>("name");    // rName after load
         QTest::addColumn<QString>("expected"); // the record OK writes
         const QString sixty = QString(u"N"_s).repeated(60);
-        const auto saved = [](const QVariant &order, const QString &name, const QString &options) {
-            QString fields;
-            AddVar(fields, u"Order"_s, order);
-            AddVar(fields, u"Name"_s, name);
-            AddVar(fields, u"Options"_s, options, true);
-            return fields;
-        };
+        const auto saved = condition;
         QTest::newRow("name cut to 50")
             << record({{u"Name"_s, sixty}, {u"Options"_s, record({{u"Day"_s, 3}})}}) << sixty.left(50)
             << saved(6, sixty.left(50), record({{u"Day"_s, 3}}));
@@ -248,10 +212,7 @@ private slots:
         window.DataArrived(u"ROUTING"_s, record);
         QCOMPARE(child<QLineEdit>(window, u"rName"_s)->text(), name);
         QTest::mouseClick(child<QPushButton>(window, u"OK"_s), Qt::LeftButton);
-        QString command = u"{Cmd=SetFields}{Table=Routing}"_s;
-        AddVar(command, u"Fields"_s, expected);
-        AddVar(command, u"Id"_s, u"999"_s);
-        QTRY_COMPARE(lastCommand(), command);
+        QTRY_COMPARE(lastCommand(), setFieldsCommand(u"Routing"_s, expected, u"999"_s));
     }
 
     // The routing list opens the window for Add, Edit and a double-click, and shows what it saved:

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // The script window against quillserverd: the read it sends, what OK stores byte for byte, Cancel,
 // replies that arrive late, opening it from the main window's script list, and the editor's keys.
+#include "findchild.h"
 #include "frmMain.h"
 #include "frmScript.h"
 #include "maintool.h"
@@ -33,18 +34,7 @@ QString scriptRead(const QString &id)
 // The write OK sends, built the way the server reads it.
 QString scriptWrite(const QString &id, const QString &name, const QString &params, const QString &script)
 {
-    QString command = u"{Cmd=SetFields}{Table=Scripts}"_s;
-    AddVar(command, u"Fields"_s, record({{u"Name"_s, name}, {u"Params"_s, params}, {u"Script"_s, script}}));
-    AddVar(command, u"Id"_s, id);
-    return command;
-}
-
-template <typename T> T *child(const QWidget *window, const QString &name)
-{
-    T *found = window->findChild<T *>(name);
-    if (!found)
-        qWarning("no %s", qPrintable(name));
-    return found;
+    return setFieldsCommand(u"Scripts"_s, record({{u"Name"_s, name}, {u"Params"_s, params}, {u"Script"_s, script}}), id);
 }
 
 // How the window is left.
