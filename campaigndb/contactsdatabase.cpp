@@ -142,9 +142,11 @@ bool writeAll(int fd, const QByteArray &bytes)
 }
 
 // Whether libmdb said that it tried to read a page past the end of the file.
+constexpr qsizetype messagesSize = 64 * 1024;
+
 bool readPastEnd(int messagesFd)
 {
-    QByteArray messages(64 * 1024, '\0');
+    QByteArray messages(messagesSize, '\0');
     const ssize_t n = ::pread(messagesFd, messages.data(), size_t(messages.size()), 0);
     if (n <= 0)
         return false;
@@ -158,7 +160,7 @@ std::mutex forkMutex;
 
 // Runs work in a child process and returns what it wrote, or the failure of the child: libmdb trusts
 // the offsets it reads and may crash or loop on a damaged file.
-Reply runIsolated(const QString &path, const std::function<Reply()> &work)
+Reply runIsolated(const QString &path, int timeoutMs, const std::function<Reply()> &work)
 {
     int fds[2];
     pid_t pid = -1;
@@ -176,7 +178,10 @@ Reply runIsolated(const QString &path, const std::function<Reply()> &work)
             const int devNull = ::open("/dev/null", O_WRONLY);
             if (devNull >= 0)
                 ::dup2(devNull, STDOUT_FILENO);
-            const int messages = ::memfd_create("libmdb-messages", 0);
+            // Kept to its first part: on some damaged pages libmdb complains without end.
+            const int messages = ::memfd_create("libmdb-messages", MFD_ALLOW_SEALING);
+            if (messages >= 0 && ::ftruncate(messages, messagesSize) == 0)
+                ::fcntl(messages, F_ADD_SEALS, F_SEAL_GROW | F_SEAL_SHRINK);
             if (messages >= 0 || devNull >= 0)
                 ::dup2(messages >= 0 ? messages : devNull, STDERR_FILENO);
             Reply reply = work();
@@ -196,7 +201,7 @@ Reply runIsolated(const QString &path, const std::function<Reply()> &work)
 
     QByteArray output;
     bool timedOut = false;
-    const QDeadlineTimer deadline(readTimeoutMs);
+    const QDeadlineTimer deadline(timeoutMs);
     for (;;) {
         pollfd ready{fds[0], POLLIN, 0};
         const int polled = ::poll(&ready, 1, int(qMax<qint64>(0, deadline.remainingTime())));
@@ -222,7 +227,7 @@ Reply runIsolated(const QString &path, const std::function<Reply()> &work)
     }
 
     if (timedOut) {
-        qCWarning(lcDatabase) << "reading" << path << "took longer than" << readTimeoutMs << "ms; given up";
+        qCWarning(lcDatabase) << "reading" << path << "took longer than" << timeoutMs << "ms; given up";
         return failed(Failure::Damaged,
                       u"Reading %1 took too long; the file may be damaged."_s.arg(shown(path)));
     }
@@ -683,21 +688,21 @@ Reply columnsInChild(const QString &path, const QString &source)
 
 } // namespace
 
-Sources readSources(const QString &path)
+Sources readSources(const QString &path, int timeoutMs)
 {
     Reply reply = checkFile(path).value_or(Reply{});
     if (reply.ok())
-        reply = runIsolated(path, [&] { return listInChild(path); });
+        reply = runIsolated(path, timeoutMs, [&] { return listInChild(path); });
     if (!reply.ok())
         return {reply.failure, reply.error, {}, {}};
     return {Failure::None, {}, reply.first, reply.second};
 }
 
-Columns readColumns(const QString &path, const QString &source)
+Columns readColumns(const QString &path, const QString &source, int timeoutMs)
 {
     Reply reply = checkFile(path).value_or(Reply{});
     if (reply.ok())
-        reply = runIsolated(path, [&] { return columnsInChild(path, source); });
+        reply = runIsolated(path, timeoutMs, [&] { return columnsInChild(path, source); });
     if (!reply.ok())
         return {reply.failure, reply.error, {}};
     return {Failure::None, {}, reply.first};
@@ -724,14 +729,14 @@ Proposals proposeColumns(const QStringList &columns)
     return proposals;
 }
 
-QFuture<Sources> readSourcesAsync(const QString &path)
+QFuture<Sources> readSourcesAsync(const QString &path, int timeoutMs)
 {
-    return QtConcurrent::run(readSources, path);
+    return QtConcurrent::run(readSources, path, timeoutMs);
 }
 
-QFuture<Columns> readColumnsAsync(const QString &path, const QString &source)
+QFuture<Columns> readColumnsAsync(const QString &path, const QString &source, int timeoutMs)
 {
-    return QtConcurrent::run(readColumns, path, source);
+    return QtConcurrent::run(readColumns, path, source, timeoutMs);
 }
 
 } // namespace ContactsDatabase

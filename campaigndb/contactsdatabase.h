@@ -21,6 +21,10 @@ enum class Failure {
     ColumnsUnknown, // a stored query whose columns cannot be worked out from its definition
 };
 
+// How long a read may take before it is given up as a damaged file; reading the names of even a
+// large database takes well under a second.
+inline constexpr int defaultTimeoutMs = 30000;
+
 struct Sources
 {
     Failure failure = Failure::None;
@@ -57,8 +61,8 @@ struct Proposals
 // stored queries whose names do not begin with "~". Linked tables (kept in another file) are not
 // listed. The file is checked to be an Access database first; libmdb then reads it in a child
 // process, so that a damaged file that would crash it or make it loop gives Failure::Damaged instead
-// (after at most readTimeoutMs).
-Sources readSources(const QString &path);
+// (after at most timeoutMs: libmdb can loop for ever on some damaged pages).
+Sources readSources(const QString &path, int timeoutMs = defaultTimeoutMs);
 
 // The columns of the listed table or stored query called source (matched exactly, else ignoring
 // case). A stored query's columns are worked out from its definition as Access names them: the
@@ -67,7 +71,7 @@ Sources readSources(const QString &path);
 // comes from two tables is given with its table ("Customers.CompanyName", "Shippers.CompanyName").
 // Select and make-table queries are read, and a union query by its first select; crosstab and
 // action queries give Failure::ColumnsUnknown.
-Columns readColumns(const QString &path, const QString &source);
+Columns readColumns(const QString &path, const QString &source, int timeoutMs = defaultTimeoutMs);
 
 // The columns proposed by name, compared in upper case: the id ends with "ID" or "KEY"; the
 // telephone number contains "PHONE" or "TEL"; the name contains "CONTACT", "NAME" or "COMPANY"; the
@@ -77,10 +81,8 @@ Proposals proposeColumns(const QStringList &columns);
 
 // The same reads on a thread of the global pool, for a window that must stay responsive on a large
 // file. Each read opens the file afresh, so several may run at once.
-QFuture<Sources> readSourcesAsync(const QString &path);
-QFuture<Columns> readColumnsAsync(const QString &path, const QString &source);
-
-// How long a read may take before it is given up as a damaged file.
-inline constexpr int readTimeoutMs = 60000;
+QFuture<Sources> readSourcesAsync(const QString &path, int timeoutMs = defaultTimeoutMs);
+QFuture<Columns> readColumnsAsync(const QString &path, const QString &source,
+                                  int timeoutMs = defaultTimeoutMs);
 
 } // namespace ContactsDatabase

@@ -235,6 +235,18 @@ private slots:
             QVERIFY(columns.names.isEmpty());
         }
 
+        // One byte in the Access 97 file's catalogue on which libmdb loops for ever: the read is given
+        // up after the time allowed.
+        QFile access97(m_access97);
+        QVERIFY(access97.open(QIODevice::ReadOnly));
+        QByteArray looping = access97.readAll();
+        looping[42917] = 23;
+        const QString loopingPath = write(u"looping.mdb"_s, looping);
+        const ContactsDatabase::Sources endless = ContactsDatabase::readSources(loopingPath, 1500);
+        QCOMPARE(endless.failure, Failure::Damaged);
+        QVERIFY2(endless.error.contains(u"took too long"_s), qPrintable(endless.error));
+        QCOMPARE(ContactsDatabase::readColumns(loopingPath, u"Table1"_s, 1500).failure, Failure::Damaged);
+
         // A good header before damaged pages: whatever libmdb makes of them, the answer is a value.
         for (int round = 0; round < 6; ++round) {
             QByteArray damaged = northwind;
