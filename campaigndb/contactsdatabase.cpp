@@ -76,6 +76,8 @@ std::optional<Reply> checkFile(const QString &path)
         return failed(Failure::Missing, u"The file %1 does not exist."_s.arg(shown(path)));
     if (info.isDir())
         return failed(Failure::Unreadable, u"%1 is a folder, not a database file."_s.arg(shown(path)));
+    if (!info.isFile()) // a pipe or a device would block or never end
+        return failed(Failure::Unreadable, u"%1 is not a database file."_s.arg(shown(path)));
     QFile file(path);
     if (!file.open(QIODevice::ReadOnly))
         return failed(Failure::Unreadable,

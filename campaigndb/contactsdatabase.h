@@ -23,7 +23,7 @@ enum class Failure {
 
 // How long a read may take before it is given up as a damaged file; reading the names of even a
 // large database takes well under a second.
-inline constexpr int defaultTimeoutMs = 30000;
+inline constexpr int defaultTimeoutMs = 20000;
 
 struct Sources
 {

@@ -9,6 +9,8 @@
 #include <QTemporaryDir>
 #include <QTest>
 
+#include <sys/stat.h>
+
 using namespace Qt::StringLiterals;
 using ContactsDatabase::Failure;
 
@@ -166,6 +168,44 @@ private slots:
         }
     }
 
+    void namesBeyondAsciiAreReadAsWritten()
+    {
+        // A table renamed in the catalogue: in Access 97 in the file's code page (Windows-1252), in
+        // Access 2000 in UTF-16.
+        const struct
+        {
+            QString file;
+            qsizetype offset;
+            QByteArray bytes;
+            QString table;
+            qsizetype place;
+            QString firstColumn;
+        } cases[] = {
+            {m_access97, 37179 + 1, "\xE4", u"Täble1"_s, 0, u"col1"_s},
+            {m_northwind, 75210 + 2, QByteArray("\x16\x04", 2), u"CЖstomers"_s, 1, u"CustomerID"_s},
+        };
+        QTemporaryDir dir;
+        QVERIFY(dir.isValid());
+        for (const auto &c : cases) {
+            QFile original(c.file);
+            QVERIFY(original.open(QIODevice::ReadOnly));
+            QByteArray bytes = original.readAll();
+            bytes.replace(c.offset, c.bytes.size(), c.bytes);
+            QFile renamed(dir.filePath(u"renamed.mdb"_s));
+            QVERIFY(renamed.open(QIODevice::WriteOnly | QIODevice::Truncate));
+            renamed.write(bytes);
+            renamed.close();
+
+            const ContactsDatabase::Sources sources = ContactsDatabase::readSources(renamed.fileName());
+            QVERIFY2(sources.ok(), qPrintable(sources.error));
+            QCOMPARE(sources.tables.value(c.place), c.table);
+            const ContactsDatabase::Columns columns =
+                ContactsDatabase::readColumns(renamed.fileName(), c.table);
+            QVERIFY2(columns.ok(), qPrintable(columns.error));
+            QCOMPARE(columns.names.value(0), c.firstColumn);
+        }
+    }
+
     void proposalsTakeTheFirstColumnThatFits()
     {
         const struct
@@ -200,13 +240,15 @@ private slots:
                 qFatal("cannot write %s", qPrintable(file.fileName()));
             return file.fileName();
         };
-        auto randomBytes = [](qsizetype size) {
+        QRandomGenerator random(20261123); // the same damage on every run
+        auto randomBytes = [&](qsizetype size) {
             QByteArray bytes(size, '\0');
             for (char &b : bytes)
-                b = char(QRandomGenerator::global()->bounded(256));
+                b = char(random.bounded(256));
             return bytes;
         };
         QVERIFY(QDir(dir.path()).mkdir(u"folder.mdb"_s));
+        QCOMPARE(::mkfifo(QFile::encodeName(dir.filePath(u"pipe.mdb"_s)).constData(), 0600), 0);
 
         const struct
         {
@@ -215,6 +257,7 @@ private slots:
         } cases[] = {
             {dir.filePath(u"missing.mdb"_s), Failure::Missing},
             {dir.filePath(u"folder.mdb"_s), Failure::Unreadable},
+            {dir.filePath(u"pipe.mdb"_s), Failure::Unreadable},
             {write(u"empty.mdb"_s, {}), Failure::NotDatabase},
             {write(u"random.mdb"_s, randomBytes(3 * 4096)), Failure::NotDatabase},
             {write(u"text.mdb"_s, "Standard Jet DB, or so it says\n"), Failure::NotDatabase},
@@ -235,33 +278,40 @@ private slots:
             QVERIFY(columns.names.isEmpty());
         }
 
-        // One byte in the Access 97 file's catalogue on which libmdb loops for ever: the read is given
-        // up after the time allowed.
+        // One byte in the Access 97 file's catalogue on which libmdb loops for ever, when the memory it
+        // reads without setting is zero (as CTest runs this test, with MALLOC_PERTURB_=255): the read
+        // is given up after the time allowed.
         QFile access97(m_access97);
         QVERIFY(access97.open(QIODevice::ReadOnly));
         QByteArray looping = access97.readAll();
         looping[42917] = 23;
         const QString loopingPath = write(u"looping.mdb"_s, looping);
         const ContactsDatabase::Sources endless = ContactsDatabase::readSources(loopingPath, 1500);
-        QCOMPARE(endless.failure, Failure::Damaged);
-        QVERIFY2(endless.error.contains(u"took too long"_s), qPrintable(endless.error));
-        QCOMPARE(ContactsDatabase::readColumns(loopingPath, u"Table1"_s, 1500).failure, Failure::Damaged);
+        const ContactsDatabase::Columns endlessColumns =
+            ContactsDatabase::readColumns(loopingPath, u"Table1"_s, 1500);
+        if (qEnvironmentVariable("MALLOC_PERTURB_") == u"255") {
+            QCOMPARE(endless.failure, Failure::Damaged);
+            QVERIFY2(endless.error.contains(u"took too long"_s), qPrintable(endless.error));
+            QCOMPARE(endlessColumns.failure, Failure::Damaged);
+        } else {
+            QVERIFY(endless.ok() || endless.failure == Failure::Damaged);
+            QVERIFY(endlessColumns.ok() || endlessColumns.failure == Failure::Damaged);
+        }
 
         // A good header before damaged pages: whatever libmdb makes of them, the answer is a value.
-        for (int round = 0; round < 6; ++round) {
+        for (int round = 0; round < 2; ++round) {
             QByteArray damaged = northwind;
             if (round % 2 == 0) {
                 damaged.replace(4096, damaged.size() - 4096, randomBytes(damaged.size() - 4096));
             } else {
                 for (int i = 0; i < 400; ++i)
-                    damaged[4096 + QRandomGenerator::global()->bounded(damaged.size() - 4096)] =
-                        char(QRandomGenerator::global()->bounded(256));
+                    damaged[4096 + random.bounded(damaged.size() - 4096)] = char(random.bounded(256));
             }
             const QString path = write(u"damaged%1.mdb"_s.arg(round), damaged);
-            const ContactsDatabase::Sources sources = ContactsDatabase::readSources(path);
+            const ContactsDatabase::Sources sources = ContactsDatabase::readSources(path, 1000);
             QVERIFY(sources.ok() || (!sources.error.isEmpty() && sources.tables.isEmpty()));
             for (const QString &name : {u"Customers"_s, u"Invoices"_s}) {
-                const ContactsDatabase::Columns columns = ContactsDatabase::readColumns(path, name);
+                const ContactsDatabase::Columns columns = ContactsDatabase::readColumns(path, name, 1000);
                 QVERIFY(columns.ok() || (!columns.error.isEmpty() && columns.names.isEmpty()));
             }
         }
