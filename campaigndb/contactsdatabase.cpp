@@ -20,6 +20,7 @@
 #include <poll.h>
 #include <signal.h>
 #include <sys/mman.h>
+#include <sys/resource.h>
 #include <sys/wait.h>
 #include <unistd.h>
 #include <vector>
@@ -143,9 +144,10 @@ bool writeAll(int fd, const QByteArray &bytes)
     return true;
 }
 
-// Whether libmdb said that it tried to read a page past the end of the file.
+// How much of libmdb's messages is kept: on some damaged pages it complains without end.
 constexpr qsizetype messagesSize = 64 * 1024;
 
+// Whether libmdb said that it tried to read a page past the end of the file.
 bool readPastEnd(int messagesFd)
 {
     QByteArray messages(messagesSize, '\0');
@@ -175,12 +177,13 @@ Reply runIsolated(const QString &path, int timeoutMs, const std::function<Reply(
         pid = ::fork();
         if (pid == 0) {
             ::close(fds[0]);
+            const rlimit noCore{0, 0}; // a crash on a damaged file leaves no core file behind
+            ::setrlimit(RLIMIT_CORE, &noCore);
             // libmdb's complaints are not for the user's terminal; they are kept to tell a file that
             // is cut short, which libmdb reads as if the missing pages were empty.
             const int devNull = ::open("/dev/null", O_WRONLY);
             if (devNull >= 0)
                 ::dup2(devNull, STDOUT_FILENO);
-            // Kept to its first part: on some damaged pages libmdb complains without end.
             const int messages = ::memfd_create("libmdb-messages", MFD_ALLOW_SEALING);
             if (messages >= 0 && ::ftruncate(messages, messagesSize) == 0)
                 ::fcntl(messages, F_ADD_SEALS, F_SEAL_GROW | F_SEAL_SHRINK);
