@@ -3,6 +3,7 @@
 
 #include "Errors.h"
 #include "frmAB.h"
+#include "frmCampaign.h"
 #include "frmCombo.h"
 #include "frmConfig.h"
 #include "frmMain.h"
@@ -72,6 +73,11 @@ void registerWindows(frmMain &main, ServerLink &link)
     // record) from the device window, which receives the book back in the result.
     windows.setOpener(QStringLiteral("AB"), [&link](const QString &idText, QWidget *parent) {
         frmAB window(link, PluginHost::installedPlugins(), parent);
+        return runModal(window, idText);
+    });
+    // Campaigns: an id, -1 for a new one, or "*" + id for a new one that starts as a copy.
+    windows.setOpener(QStringLiteral("Campaigns"), [&link](const QString &idText, QWidget *parent) {
+        frmCampaign window(link, parent);
         return runModal(window, idText);
     });
     // The choice dialog answers through the dispatcher, as the server would: the window that asked
