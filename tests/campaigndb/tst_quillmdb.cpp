@@ -72,7 +72,6 @@ private slots:
              0,
              ""},
             {{access97, u"Table1"_s}, "col1\ncol2\ncol3\n\nid: \ntelephone: \nname: \nnotes: \n", 0, 0, ""},
-            {{access97, u"UnionQuery"_s}, "col1\ncol2\n\nid: \ntelephone: \nname: \nnotes: \n", 0, 0, ""},
             {{northwind, u"Contacts"_s}, "", 0, 2, "no table or query called Contacts"},
             {{access97, u"CrosstabQuery"_s}, "", 0, 2, "crosstab"},
             {{dir.filePath(u"none.mdb"_s)}, "", 0, 2, "does not exist"},
