@@ -249,7 +249,6 @@ void MainWindowTest::okStoresTheSettingsInOrderAndTheyOutliveARestart()
         QCOMPARE(tool.control<QLineEdit>(u"sName"_s)->text(), u"Old Site"_s);
         retype(tool.control<QLineEdit>(u"sName"_s), u"Harbour Site"_s);
         retype(tool.control<QLineEdit>(u"Alert_2"_s), u"299"_s);
-        tool.control<QLineEdit>(u"sLCR"_s)->clear();
         tool.control<QCheckBox>(u"netSend"_s)->setChecked(false);
         tool.window.featuresPage()->setCode(u"Pickup"_s, u"*88"_s);
         tool.window.featuresPage()->setCode(u"Park"_s, QString());
@@ -263,14 +262,12 @@ void MainWindowTest::okStoresTheSettingsInOrderAndTheyOutliveARestart()
         sent = relay.commands().mid(before);
     }
 
-    // The settings record: every tag in its place (a cleared field left out, the boxes always
-    // written), then the ones the tool does not show, as they were.
+    // The settings record: every tag in its place (a box unticked written all the same), then the
+    // ones the tool does not show, as they were.
     QVERIFY2(sent.at(0).startsWith(u"{Cmd=SetFields}{Table=System}{Id=PBX}{Fields(S"_s),
              qPrintable(sent.at(0)));
     const QString pbx = getText(getText(sent.at(0), u"Fields"_s), u"Options"_s);
-    QStringList order = pbxOrder;
-    order.removeOne(u"LCR"_s);
-    QCOMPARE(tagNames(pbx), order + QStringList({u"Licence"_s, u"Site"_s}));
+    QCOMPARE(tagNames(pbx), pbxOrder + QStringList({u"Licence"_s, u"Site"_s}));
     QVERIFY2(pbx.endsWith(u"{Licence(S3)=ABC}{Site(N3)=007}"_s), qPrintable(pbx)); // not re-typed
     QCOMPARE(getText(pbx, u"Name"_s), u"Harbour Site"_s);
     QCOMPARE(getText(pbx, u"DailyAlert"_s), u"299"_s);

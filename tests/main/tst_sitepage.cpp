@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // The Site, Network and Features pages on their own: which controls each telephone system shows,
-// defaults on load and the type they save (the whole record OK stores is the main window's test).
+// defaults on load and what they save.
 #include "featurespage.h"
 #include "findchild.h"
 #include "isolation.h"
@@ -192,10 +192,13 @@ private slots:
         QCOMPARE(shown(page, fields),
                  (QStringList{u"19200,n,8,1"_s, u"(None)"_s, u"0"_s, u"Nortel BCM"_s, QString()}));
 
-        // The type is written as the list names it, chosen or not.
+        // The type is written as the list names it, chosen or not; an empty field is left out, a
+        // box always written (the whole record, in its order, is the main window's test).
         RecordEntries entries;
         page.save(entries);
         QCOMPARE(entries.value(u"pbx"_s), u"{PBX(S10)=Nortel BCM}"_s);
+        QCOMPARE(entries.value(u"autodir"_s), u"{AutoDir(N1)=0}"_s);
+        QVERIFY(entries.value(u"lcr"_s).isEmpty());
     }
 
     void everyLabelAndBoxHasItsOwnMnemonic()
