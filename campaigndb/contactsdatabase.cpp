@@ -31,7 +31,7 @@ using namespace Qt::StringLiterals;
 // are not called. Each read opens its own handle (libmdb's handles are not thread-safe) inside a
 // child process of its own.
 
-Q_LOGGING_CATEGORY(lcDatabase, "quill.campaign.database", QtWarningMsg)
+Q_LOGGING_CATEGORY(lcCampaignDatabase, "quill.campaign.database", QtWarningMsg)
 
 namespace ContactsDatabase {
 
@@ -171,7 +171,7 @@ Reply runIsolated(const QString &path, int timeoutMs, const std::function<Reply(
     {
         const std::lock_guard lock(forkMutex);
         if (::pipe2(fds, O_CLOEXEC) != 0) {
-            qCWarning(lcDatabase) << "no pipe for reading" << path << ::strerror(errno);
+            qCWarning(lcCampaignDatabase) << "no pipe for reading" << path << ::strerror(errno);
             return failed(Failure::Unreadable, u"The file %1 cannot be read: no pipe."_s.arg(shown(path)));
         }
         pid = ::fork();
@@ -200,7 +200,7 @@ Reply runIsolated(const QString &path, int timeoutMs, const std::function<Reply(
     }
     if (pid < 0) {
         ::close(fds[0]);
-        qCWarning(lcDatabase) << "no child process for reading" << path << ::strerror(errno);
+        qCWarning(lcCampaignDatabase) << "no child process for reading" << path << ::strerror(errno);
         return failed(Failure::Unreadable, u"The file %1 cannot be read: no process."_s.arg(shown(path)));
     }
 
@@ -232,21 +232,22 @@ Reply runIsolated(const QString &path, int timeoutMs, const std::function<Reply(
     }
 
     if (timedOut) {
-        qCWarning(lcDatabase) << "reading" << path << "took longer than" << timeoutMs << "ms; given up";
+        qCWarning(lcCampaignDatabase)
+            << "reading" << path << "took longer than" << timeoutMs << "ms; given up";
         return failed(Failure::Damaged,
                       u"Reading %1 took too long; the file may be damaged."_s.arg(shown(path)));
     }
     if (WIFSIGNALED(status)) {
-        qCWarning(lcDatabase) << "reading" << path << "stopped with signal" << WTERMSIG(status);
+        qCWarning(lcCampaignDatabase) << "reading" << path << "stopped with signal" << WTERMSIG(status);
         return failed(Failure::Damaged, u"The file %1 is damaged and cannot be read."_s.arg(shown(path)));
     }
     const std::optional<Reply> reply = decode(output);
     if (!WIFEXITED(status) || WEXITSTATUS(status) != 0 || !reply) {
-        qCWarning(lcDatabase) << "reading" << path << "gave no answer; exit status" << status;
+        qCWarning(lcCampaignDatabase) << "reading" << path << "gave no answer; exit status" << status;
         return failed(Failure::Damaged, u"The file %1 is damaged and cannot be read."_s.arg(shown(path)));
     }
     if (!reply->ok())
-        qCInfo(lcDatabase) << "reading" << path << "failed:" << reply->error;
+        qCInfo(lcCampaignDatabase) << "reading" << path << "failed:" << reply->error;
     return *reply;
 }
 
