@@ -555,15 +555,16 @@ public:
         }
 
         QList<OutputColumn> columns;
-        int expressions = 0;
-        for (const auto &[expression, alias] : std::as_const(items)) {
+        for (qsizetype place = 0; place < items.size(); ++place) {
+            const auto &[expression, alias] = items.at(place);
             if (!alias.isEmpty()) {
                 columns.append({alias, {}});
                 continue;
             }
             const std::optional<QStringList> parts = referenceParts(expression);
             if (!parts) {
-                columns.append({u"Expr%1"_s.arg(1000 + expressions++), {}});
+                // Access names an expression without alias by its place in the select list.
+                columns.append({u"Expr%1"_s.arg(1000 + place), {}});
                 continue;
             }
             if (parts->last() != u'*') {
@@ -581,6 +582,15 @@ public:
                     return columnsError(error);
                 columns.append(more);
             }
+        }
+        // A name that comes from two tables is given with its table, as Access does; a query read
+        // by another keeps the names so made.
+        QHash<QString, int> uses;
+        for (const OutputColumn &column : std::as_const(columns))
+            ++uses[column.name.toUpper()];
+        for (OutputColumn &column : columns) {
+            if (uses.value(column.name.toUpper()) > 1 && !column.qualifier.isEmpty())
+                column.name = column.qualifier + u'.' + column.name;
         }
         return {columns, {}};
     }
@@ -680,15 +690,9 @@ Reply columnsInChild(const QString &path, const QString &source)
         return failed(Failure::ColumnsUnknown,
                       u"The columns of the query %1 cannot be worked out: %2."_s.arg(source, error));
 
-    // A name that comes from two tables is given with its table, as Access does.
-    QHash<QString, int> uses;
-    for (const OutputColumn &column : columns)
-        ++uses[column.name.toUpper()];
     Reply reply;
-    for (const OutputColumn &column : columns) {
-        const bool qualify = uses.value(column.name.toUpper()) > 1 && !column.qualifier.isEmpty();
-        reply.first << (qualify ? column.qualifier + u'.' + column.name : column.name);
-    }
+    for (const OutputColumn &column : columns)
+        reply.first << column.name;
     return reply;
 }
 

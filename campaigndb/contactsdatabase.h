@@ -67,10 +67,10 @@ Sources readSources(const QString &path, int timeoutMs = defaultTimeoutMs);
 // The columns of the listed table or stored query called source (matched exactly, else ignoring
 // case). A stored query's columns are worked out from its definition as Access names them: the
 // alias, else the column referred to ("Customers.CompanyName" gives "CompanyName", "Orders.*" all
-// of Orders' columns), else "Expr1000", "Expr1001", ... for other expressions in turn; a name that
-// comes from two tables is given with its table ("Customers.CompanyName", "Shippers.CompanyName").
-// Select and make-table queries are read, and a union query by its first select; crosstab and
-// action queries give Failure::ColumnsUnknown.
+// of Orders' columns), else "Expr1000" plus the expression's place in the select list (Expr1002 for
+// the third); a name that comes from two tables is given with its table ("Customers.CompanyName",
+// "Shippers.CompanyName"). Select and make-table queries are read, and a union query by its first
+// select; crosstab and action queries give Failure::ColumnsUnknown.
 Columns readColumns(const QString &path, const QString &source, int timeoutMs = defaultTimeoutMs);
 
 // The columns proposed by name, compared in upper case: the id ends with "ID" or "KEY"; the

@@ -59,6 +59,11 @@ private slots:
 
     void readsColumnsOfTablesAndQueriesAndProposesFields()
     {
+        const QString invoices =
+            u"ShipName,ShipAddress,ShipCity,ShipRegion,ShipPostalCode,ShipCountry,CustomerID,"
+            "Customers.CompanyName,Address,City,Region,PostalCode,Country,Salesperson,OrderID,OrderDate,"
+            "RequiredDate,ShippedDate,Shippers.CompanyName,ProductID,ProductName,UnitPrice,Quantity,Discount,"
+            "ExtendedPrice,Freight"_s;
         const struct
         {
             bool northwind;
@@ -78,14 +83,9 @@ private slots:
             {false, u"Table1"_s, u"col1,col2,col3"_s, {}},
             // Queries: aliases, plain references, expressions named by their alias, and a name taken
             // from two tables given with its table.
-            {true,
-             u"Invoices"_s,
-             u"ShipName,ShipAddress,ShipCity,ShipRegion,ShipPostalCode,ShipCountry,CustomerID,"
-             "Customers.CompanyName,Address,City,Region,PostalCode,Country,Salesperson,OrderID,OrderDate,"
-             "RequiredDate,ShippedDate,Shippers.CompanyName,ProductID,ProductName,UnitPrice,Quantity,"
-             "Discount,"
-             "ExtendedPrice,Freight"_s,
-             {u"CustomerID"_s, QString(), u"ShipName"_s, QString()}},
+            {true, u"Invoices"_s, invoices, {u"CustomerID"_s, QString(), u"ShipName"_s, QString()}},
+            // "Invoices.*": a query's columns as its own names are made.
+            {true, u"Invoices Filter"_s, invoices, {u"CustomerID"_s, QString(), u"ShipName"_s, QString()}},
             {true,
              u"Sales Totals by Amount"_s,
              u"SaleAmount,OrderID,CompanyName,ShippedDate"_s,
