@@ -269,6 +269,40 @@ private slots:
         QTRY_COMPARE(lastCommand(), command);
         QCOMPARE(window.outcome().outcome, WindowResult::SavedNew);
     }
+    // The campaign list opens the window: Copy saves a new campaign and the list asks again; Edit
+    // renames in place.
+    void theCampaignListCopiesAndEdits()
+    {
+        MainTool tool(m_fixture->relay.url());
+        registerWindows(tool.window, tool.link);
+        QVERIFY(tool.waitLoaded());
+        tool.tabs()->setCurrentIndex(frmMain::Campaigns);
+        RecordList *list = tool.window.recordList(RecordKind::Campaigns);
+        const int listed = list->list()->topLevelItemCount();
+        QVERIFY(listed > 0);
+        list->list()->setCurrentItem(list->list()->topLevelItem(0));
+        answerModalWindow([](QWidget *window) {
+            auto *name = window->findChild<QLineEdit *>(u"oCampaign"_s);
+            QTRY_COMPARE(name->text(), u"<New campaign>"_s);
+            name->setText(u"Copied campaign"_s);
+            press(*window, u"OK"_s);
+        });
+        QTest::mouseClick(list->button(RecordList::CopyButton), Qt::LeftButton);
+        QTRY_COMPARE(list->list()->topLevelItemCount(), listed + 1);
+        QVERIFY(list->names().contains(u"Copied campaign"_s));
+
+        QTreeWidgetItem *first = list->list()->topLevelItem(0);
+        list->list()->setCurrentItem(first);
+        answerModalWindow([](QWidget *window) {
+            auto *name = window->findChild<QLineEdit *>(u"oCampaign"_s);
+            QTRY_VERIFY(!name->text().isEmpty());
+            name->setText(u"Renamed campaign"_s);
+            press(*window, u"OK"_s);
+        });
+        QTest::mouseClick(list->button(RecordList::EditButton), Qt::LeftButton);
+        QCOMPARE(first->text(0), u"Renamed campaign"_s);
+        QCOMPARE(list->list()->topLevelItemCount(), listed + 1);
+    }
 };
 
 QTEST_MAIN(CampaignTest)
