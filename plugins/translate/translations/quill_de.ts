@@ -1067,6 +1067,138 @@
         <source>Too many log-ins at once; try again shortly</source>
         <translation>Zu viele gleichzeitige Anmeldungen; versuchen Sie es gleich noch einmal</translation>
     </message>
+    <message>
+        <source>Campaign Properties</source>
+        <translation>Eigenschaften: Kampagne</translation>
+    </message>
+    <message>
+        <source>&amp;Campaign name:</source>
+        <translation>&amp;Kampagnenname:</translation>
+    </message>
+    <message>
+        <source>Ta&amp;ble/query:</source>
+        <translation>&amp;Tabelle/Abfrage:</translation>
+    </message>
+    <message>
+        <source>No &amp;answer timeout:</source>
+        <translation>&amp;Wartezeit ohne Antwort:</translation>
+    </message>
+    <message>
+        <source>seconds</source>
+        <translation>Sekunden</translation>
+    </message>
+    <message>
+        <source>Contact Details</source>
+        <translation>Kontaktdetails</translation>
+    </message>
+    <message>
+        <source>&amp;Id:</source>
+        <translation>&amp;ID:</translation>
+    </message>
+    <message>
+        <source>&amp;Telephone:</source>
+        <translation>&amp;Telefon:</translation>
+    </message>
+    <message>
+        <source>&amp;Notes:</source>
+        <translation>N&amp;otizen:</translation>
+    </message>
+    <message>
+        <source>Sho&amp;w sample</source>
+        <translation>&amp;Beispiel anzeigen</translation>
+    </message>
+    <message>
+        <source>Menus</source>
+        <translation>Menüs</translation>
+    </message>
+    <message>
+        <source>Results</source>
+        <translation>Ergebnisse</translation>
+    </message>
+    <message>
+        <source>&amp;Add</source>
+        <translation>&amp;Hinzufügen</translation>
+    </message>
+    <message>
+        <source>&amp;Properties</source>
+        <translation>Ei&amp;genschaften</translation>
+    </message>
+    <message>
+        <source>Reading &lt;1&gt;...</source>
+        <translation>&lt;1&gt; wird gelesen...</translation>
+    </message>
+    <message>
+        <source>The database &lt;1&gt; cannot be read: &lt;2&gt;</source>
+        <translation>Die Datenbank &lt;1&gt; kann nicht gelesen werden: &lt;2&gt;</translation>
+    </message>
+    <message>
+        <source>The columns of &lt;1&gt; cannot be read: &lt;2&gt;</source>
+        <translation>Die Spalten von &lt;1&gt; können nicht gelesen werden: &lt;2&gt;</translation>
+    </message>
+    <message>
+        <source>&lt;New campaign&gt;</source>
+        <translation>&lt;Neue Kampagne&gt;</translation>
+    </message>
+    <message>
+        <source>Select Database (.mdb)</source>
+        <translation>Datenbank auswählen (.mdb)</translation>
+    </message>
+    <message>
+        <source>Database files (*.mdb)</source>
+        <translation>Datenbankdateien (*.mdb)</translation>
+    </message>
+    <message>
+        <source>Choice Properties</source>
+        <translation>Eigenschaften: Auswahl</translation>
+    </message>
+    <message>
+        <source>&amp;Destination:</source>
+        <translation>&amp;Ziel:</translation>
+    </message>
+    <message>
+        <source>&amp;Delay:</source>
+        <translation>&amp;Verzögerung:</translation>
+    </message>
+    <message>
+        <source>C&amp;olor:</source>
+        <translation>&amp;Farbe:</translation>
+    </message>
+    <message>
+        <source>Ta&amp;g:</source>
+        <translation>&amp;Kennung:</translation>
+    </message>
+    <message>
+        <source>&amp;HTML file:</source>
+        <translation>&amp;HTML-Datei:</translation>
+    </message>
+    <message>
+        <source>HTML Preview</source>
+        <translation>HTML-Vorschau</translation>
+    </message>
+    <message>
+        <source>&lt;New Choice&gt;</source>
+        <translation>&lt;Neue Auswahl&gt;</translation>
+    </message>
+    <message>
+        <source>&lt;New Result&gt;</source>
+        <translation>&lt;Neues Ergebnis&gt;</translation>
+    </message>
+    <message>
+        <source>Select HTML file</source>
+        <translation>HTML-Datei auswählen</translation>
+    </message>
+    <message>
+        <source>HTML files</source>
+        <translation>HTML-Dateien</translation>
+    </message>
+    <message>
+        <source>The page is too big to preview.</source>
+        <translation>Die Seite ist für die Vorschau zu groß.</translation>
+    </message>
+    <message>
+        <source>Initial script</source>
+        <translation>Startskript</translation>
+    </message>
 </context>
 <context>
     <name>QSConfigKeys</name>
@@ -1314,6 +1446,61 @@
         <source>QS050</source>
         <extracomment>List of Routing Conditions &lt;1&gt; has been configured to use.</extracomment>
         <translation>Liste der Routing-Bedingungen, für die &lt;1&gt; eingerichtet ist.</translation>
+    </message>
+    <message>
+        <source>QS051</source>
+        <extracomment>Enter a name to display when the campaign is used.</extracomment>
+        <translation>Geben Sie den Namen ein, der angezeigt wird, wenn die Kampagne verwendet wird.</translation>
+    </message>
+    <message>
+        <source>QS052</source>
+        <extracomment>Select a script to modify.</extracomment>
+        <translation>Wählen Sie ein Skript zum Bearbeiten aus.</translation>
+    </message>
+    <message>
+        <source>QS053</source>
+        <extracomment>Select a result to modify.</extracomment>
+        <translation>Wählen Sie ein Ergebnis zum Bearbeiten aus.</translation>
+    </message>
+    <message>
+        <source>QS054</source>
+        <extracomment>Click to undo any changes and close this window.</extracomment>
+        <translation>Klicken Sie hier, um alle Änderungen zu verwerfen und dieses Fenster zu schließen.</translation>
+    </message>
+    <message>
+        <source>QS055</source>
+        <extracomment>Click to save changes and close this window.</extracomment>
+        <translation>Klicken Sie hier, um die Änderungen zu speichern und dieses Fenster zu schließen.</translation>
+    </message>
+    <message>
+        <source>QS056</source>
+        <extracomment>Open ODBC selection window.</extracomment>
+        <translation>Öffnet das Fenster zur Auswahl der Datenbank.</translation>
+    </message>
+    <message>
+        <source>QS057</source>
+        <extracomment>Enter the path/filename of the campaign.</extracomment>
+        <translation>Geben Sie Pfad und Dateinamen der Kampagnendatenbank ein.</translation>
+    </message>
+    <message>
+        <source>QS058</source>
+        <extracomment>Choose which table from the database to use as an campaign.</extracomment>
+        <translation>Wählen Sie die Tabelle oder Abfrage der Datenbank, die als Kampagne verwendet wird.</translation>
+    </message>
+    <message>
+        <source>QS059</source>
+        <extracomment>Set up general information about the campaign.</extracomment>
+        <translation>Richten Sie die allgemeinen Angaben zur Kampagne ein.</translation>
+    </message>
+    <message>
+        <source>QS060</source>
+        <extracomment>Configure the scripts for the campaign.</extracomment>
+        <translation>Richten Sie die Skripte der Kampagne ein.</translation>
+    </message>
+    <message>
+        <source>QS063</source>
+        <extracomment>Set up the fields shown in the Contact Details window.</extracomment>
+        <translation>Legen Sie fest, welche Felder im Fenster „Kontaktdetails“ angezeigt werden.</translation>
     </message>
     <message>
         <source>QS064</source>
