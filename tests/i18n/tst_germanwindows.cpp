@@ -7,6 +7,8 @@
 #include "directorypage.h"
 #include "frmAB.h"
 #include "frmButton.h"
+#include "frmCampaign.h"
+#include "frmCmpProps.h"
 #include "frmCombo.h"
 #include "frmConfig.h"
 #include "frmRouting.h"
@@ -24,12 +26,16 @@
 #include <QAction>
 #include <QCheckBox>
 #include <QComboBox>
+#include <QDir>
+#include <QFileDialog>
 #include <QGroupBox>
 #include <QLineEdit>
 #include <QMenu>
 #include <QPlainTextEdit>
 #include <QPushButton>
 #include <QRegularExpression>
+#include <QTemporaryFile>
+#include <QTextBrowser>
 #include <QTimer>
 #include <QTreeWidget>
 
@@ -37,10 +43,12 @@ namespace {
 
 // Lists that show the values they store, as stored: telephone-system and voice-mail types, the
 // connections, the kinds of button actions, the names of scripts, address books and address-book
-// plug-ins. Their
-// first entry "(None)" is a caption where it is one.
-const QStringList storedValueLists{u"sType"_s,     u"Comm"_s, u"sVMType"_s, u"btnType"_s,
-                                   u"btnScript"_s, u"rAB"_s,  u"plgName"_s};
+// plug-ins, a campaign database's tables and columns, and a campaign choice's or result's kind,
+// colour, destination table and delay unit. Their first entry "(None)" is a caption where it is one.
+const QStringList storedValueLists{u"sType"_s,     u"Comm"_s,   u"sVMType"_s, u"btnType"_s,
+                                   u"btnScript"_s, u"rAB"_s,    u"plgName"_s, u"oTable"_s,
+                                   u"oId"_s,       u"oTel"_s,   u"oName"_s,   u"oNotes"_s,
+                                   u"cType"_s,     u"cColor"_s, u"cTable"_s,  u"lstDelay"_s};
 const QStringList firstEntryCaption{u"btnType"_s, u"btnScript"_s};
 
 // Finds English among the texts a window shows: an English text of the catalogue whose German
@@ -271,6 +279,90 @@ private slots:
         });
         connecting.askAfterFailure(u"The server did not answer in time."_s);
 
+        verifyGerman(finder);
+    }
+
+    // The campaign window on a demo campaign, page by page, with its database question; and the
+    // choice/result window it opens for a new choice and a new result, with its file question and
+    // a page too big to preview. Kinds, colours and delay units are stored as shown: they stay
+    // English.
+    void campaignWindowsShowGerman()
+    {
+        EnglishFinder finder;
+        QVERIFY(finder.catalogueRead());
+        frmCampaign campaign(link());
+        const QString id = ServerFixture::replyIds(m_fixture->fetch(u"MAIN-CAMPAIGNS"_s)).value(0);
+        QVERIFY(!id.isEmpty());
+        campaign.findChild<QLineEdit *>(u"Tid"_s)->setText(id);
+        QVERIFY(QTest::qWaitFor([&] { return campaign.isLoaded() && !campaign.isListing(); }, 20000));
+        // The demo campaign's database is not on this machine: the message around the reader's own
+        // reason is German (the reason itself comes from the reader untranslated). The last page's
+        // help text then takes its place, so that every page's is seen below.
+        const QString source = campaign.findChild<QLineEdit *>(u"oSource"_s)->text();
+        const QLabel *tip = campaign.findChild<QLabel *>(u"Tip"_s);
+        const QString failed = u"Die Datenbank "_s + source + u" kann nicht gelesen werden: "_s;
+        QVERIFY2(QTest::qWaitFor([&] { return tip->text().startsWith(failed); }, 20000),
+                 qPrintable(tip->text()));
+        campaign.findChild<QTabWidget *>(u"Tabs"_s)->setCurrentIndex(2);
+        finder.window(&campaign, u"frmCampaign"_s);
+        auto *menus = campaign.findChild<QTreeWidget *>(u"Menus"_s);
+        QVERIFY(menus->topLevelItemCount() > 0);
+        finder.check(u"frmCampaign/Menus root"_s, menus->topLevelItem(0)->text(0));
+
+        QStringList questions;
+        answerModalWindow([&](QWidget *dialog) {
+            questions << dialog->windowTitle();
+            if (auto *files = qobject_cast<QFileDialog *>(dialog))
+                questions << files->nameFilters();
+            dialog->close();
+        });
+        QTest::mouseClick(campaign.findChild<QPushButton *>(u"OSel"_s), Qt::LeftButton);
+        QCOMPARE(questions, (QStringList{u"Datenbank auswählen (.mdb)"_s, u"Datenbankdateien (*.mdb)"_s}));
+
+        QTemporaryFile bigPage(QDir::tempPath() + u"/bigpage-XXXXXX.htm"_s);
+        QVERIFY(bigPage.open() && bigPage.resize(frmCmpProps::MaxPreviewBytes + 1));
+        questions.clear();
+        frmCmpProps::setFileQuestion(
+            [&](QWidget *, const QString &title, const QString &filter, const QString &) {
+                questions << title << filter.section(u" ("_s, 0, 0);
+                return QString();
+            });
+        menus->setCurrentItem(menus->topLevelItem(0));
+        const std::pair<QString, QStringList> openers[]{{u"BMenu_0"_s, {frmCmpProps::choiceKind()}},
+                                                        {u"BResults_0"_s, frmCmpProps::resultKinds()}};
+        for (const auto &[button, kinds] : openers) {
+            QString fault = u"not opened"_s;
+            answerModalWindow([&, button = button, kinds = kinds](QWidget *props) {
+                fault.clear();
+                const QString where = u"frmCmpProps "_s + button;
+                finder.window(props, where);
+                finder.check(where + u"/cName"_s, props->findChild<QLineEdit *>(u"cName"_s)->text());
+                const auto entries = [props](const QString &name) {
+                    QStringList texts;
+                    auto *list = props->findChild<QComboBox *>(name);
+                    for (int index = 0; index < list->count(); ++index)
+                        texts << list->itemText(index);
+                    return texts;
+                };
+                if (entries(u"cType"_s) != kinds || entries(u"cColor"_s) != frmCmpProps::colorNames() ||
+                    entries(u"lstDelay"_s) != QStringList{u"Minutes"_s, u"Hours"_s, u"Days"_s})
+                    fault = u"stored values changed: "_s +
+                            (entries(u"cType"_s) + entries(u"cColor"_s) + entries(u"lstDelay"_s)).join(u',');
+                props->findChild<QPushButton *>(u"bFile"_s)->click();
+                props->findChild<QLineEdit *>(u"cFile"_s)->setText(bigPage.fileName());
+                const QString preview = props->findChild<QTextBrowser *>(u"cPreview"_s)->toPlainText();
+                if (preview.isEmpty())
+                    fault += u" no note instead of the page"_s;
+                finder.check(where + u"/cPreview"_s, preview);
+                props->findChild<QPushButton *>(u"Cancel"_s)->click();
+            });
+            QTest::mouseClick(campaign.findChild<QPushButton *>(button), Qt::LeftButton);
+            QVERIFY2(fault.isEmpty(), qPrintable(button + u": "_s + fault));
+        }
+        frmCmpProps::setFileQuestion({});
+        QCOMPARE(questions.size(), 4);
+        for (const QString &question : std::as_const(questions))
+            finder.check(u"frmCmpProps file question"_s, question);
         verifyGerman(finder);
     }
 
