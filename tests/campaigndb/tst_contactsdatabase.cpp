@@ -263,23 +263,18 @@ private slots:
         QVERIFY2(crashed.error.contains(u"damaged"_s), qPrintable(crashed.error));
         QCOMPARE(ContactsDatabase::readColumns(crashingPath, u"Table1"_s).failure, Failure::Damaged);
 
-        // One byte in the Access 97 file's catalogue on which libmdb loops for ever, when the memory it
-        // reads without setting is zero (as CTest runs this test, with MALLOC_PERTURB_=255): the read
-        // is given up after the time allowed.
+        // The first properties block of the Access 97 catalogue ("KKD") with a record that claims to
+        // be 0 bytes long: libmdb reads that record for ever, and the read is given up after the time
+        // allowed.
         QByteArray looping = access97Bytes;
-        looping[42917] = 23;
+        const qsizetype properties = looping.indexOf(QByteArrayView("KKD\0", 4));
+        QVERIFY(properties > 0);
+        looping.replace(properties + 4, 4, QByteArray(4, '\0'));
         const QString loopingPath = write(u"looping.mdb"_s, looping);
         const ContactsDatabase::Sources endless = ContactsDatabase::readSources(loopingPath, 1500);
-        const ContactsDatabase::Columns endlessColumns =
-            ContactsDatabase::readColumns(loopingPath, u"Table1"_s, 1500);
-        if (qEnvironmentVariable("MALLOC_PERTURB_") == u"255") {
-            QCOMPARE(endless.failure, Failure::Damaged);
-            QVERIFY2(endless.error.contains(u"took too long"_s), qPrintable(endless.error));
-            QCOMPARE(endlessColumns.failure, Failure::Damaged);
-        } else {
-            QVERIFY(endless.ok() || endless.failure == Failure::Damaged);
-            QVERIFY(endlessColumns.ok() || endlessColumns.failure == Failure::Damaged);
-        }
+        QCOMPARE(endless.failure, Failure::Damaged);
+        QVERIFY2(endless.error.contains(u"took too long"_s), qPrintable(endless.error));
+        QCOMPARE(ContactsDatabase::readColumns(loopingPath, u"Table1"_s, 1500).failure, Failure::Damaged);
 
         // A good header before damaged pages: whatever libmdb makes of them, the answer is a value.
         for (int round = 0; round < 2; ++round) {
