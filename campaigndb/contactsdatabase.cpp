@@ -158,18 +158,20 @@ bool readPastEnd(int messagesFd)
     return messages.contains("beyond EOF") || messages.contains("reading page");
 }
 
-// Keeps a fork from another read from inheriting this read's pipe before the parent has closed its
-// writing end, which would keep the end of the reply from being seen.
-std::mutex forkMutex;
+// One read at a time, from the fork to the child's end. A child is a copy of this process taken
+// while its other threads run; with several reads side by side a child could start with a lock held
+// by another read's thread and never finish (seen as an empty listing after the time limit). It also
+// keeps a fork from inheriting another read's pipe before its writing end is closed.
+std::mutex readMutex;
 
 // Runs work in a child process and returns what it wrote, or the failure of the child: libmdb trusts
 // the offsets it reads and may crash or loop on a damaged file.
 Reply runIsolated(const QString &path, int timeoutMs, const std::function<Reply()> &work)
 {
+    const std::lock_guard oneAtATime(readMutex);
     int fds[2];
     pid_t pid = -1;
     {
-        const std::lock_guard lock(forkMutex);
         if (::pipe2(fds, O_CLOEXEC) != 0) {
             qCWarning(lcCampaignDatabase) << "no pipe for reading" << path << ::strerror(errno);
             return failed(Failure::Unreadable, u"The file %1 cannot be read: no pipe."_s.arg(shown(path)));

@@ -80,7 +80,7 @@ Columns readColumns(const QString &path, const QString &source, int timeoutMs = 
 Proposals proposeColumns(const QStringList &columns);
 
 // The same reads on a thread of the global pool, for a window that must stay responsive on a large
-// file. Each read opens the file afresh, so several may run at once.
+// file. Each read opens the file afresh; reads asked for together are run one after the other.
 QFuture<Sources> readSourcesAsync(const QString &path, int timeoutMs = defaultTimeoutMs);
 QFuture<Columns> readColumnsAsync(const QString &path, const QString &source,
                                   int timeoutMs = defaultTimeoutMs);
