@@ -182,24 +182,17 @@ void frmCampaign::Tid_Change()
 void frmCampaign::DataArrived(const QString &, const QString &Message)
 {
     Guard(u"  @  frmCampaign.DataArrived"_s, [&] {
-        m_options = getText(Message, u"Options"_s);
-        m_loadedTable = getText(m_options, u"ODBCTable"_s);
-        // Read in the whole record, where they are found inside Options. The notes column is not
-        // read back: the listing's proposal stands for it.
-        m_loadedColumns = {getText(Message, u"fldId"_s), getText(Message, u"fldTel"_s),
-                           getText(Message, u"fldName"_s)};
-        m_ui->oSource->setText(getText(m_options, u"Database"_s));
+        const QString options = getText(Message, u"Options"_s);
+        // The notes column is not read back: the listing's proposal stands for it. Until the
+        // listing has the names, the stored table and columns are shown as they are.
+        QString shown = options;
+        AddVar(shown, u"fldNotes"_s, QString());
+        m_source.load(shown);
         m_ui->oCampaign->setText(getText(Message, u"Name"_s));
-        m_ui->oSecs->setText(getText(Message, u"NoAnswer"_s));
-        // Until the listing has the names, the stored ones are shown as they are.
-        selectOrAdd(m_ui->oTable, m_loadedTable);
-        for (int field = 0; field < 3; ++field)
-            selectOrAdd(QList<QComboBox *>{m_ui->oId, m_ui->oTel, m_ui->oName}.at(field),
-                        m_loadedColumns.at(field));
         oSource_Change();
 
-        m_menus->BuildMenu(getText(m_options, u"Scripts"_s));
-        m_results->buildResults(getText(m_options, u"Results"_s));
+        m_menus->BuildMenu(getText(options, u"Scripts"_s));
+        m_results->buildResults(getText(options, u"Results"_s));
         if (isCopy()) {
             m_ui->oCampaign->setText(Translate(u"<New campaign>"_s));
             m_ui->oCampaign->setFocus();
@@ -292,13 +285,11 @@ void frmCampaign::columnsListed()
 
 void frmCampaign::updateButtons()
 {
-    const int menu = m_menus->selectedIndex();
-    m_ui->BMenu_0->setEnabled(menu >= 1);
-    m_ui->BMenu_1->setEnabled(menu >= 1);
-    m_ui->BMenu_2->setEnabled(menu >= 2);
-    const int result = m_results->selectedIndex();
-    m_ui->BResults_1->setEnabled(result >= 1);
-    m_ui->BResults_2->setEnabled(result >= 1);
+    m_ui->BMenu_0->setEnabled(m_menus->canEdit()); // a choice is added under the selected node
+    m_ui->BMenu_1->setEnabled(m_menus->canEdit());
+    m_ui->BMenu_2->setEnabled(m_menus->canRemove());
+    m_ui->BResults_1->setEnabled(m_results->canEdit());
+    m_ui->BResults_2->setEnabled(m_results->canRemove());
 }
 
 void frmCampaign::openProperties(const QString &descriptor)
@@ -318,7 +309,7 @@ void frmCampaign::BMenu_Click(int index)
         openProperties(u"{Type=Choice}{Item=-"_s + item + u'}');
     else if (index == PropertiesButton)
         openProperties(u"{Type=Choice}{Item="_s + item + u'}');
-    else if (m_menus->selectedIndex() >= 2)
+    else if (m_menus->canRemove())
         m_menus->remove(m_menus->selectedIndex());
     updateButtons();
 }
@@ -329,7 +320,7 @@ void frmCampaign::BResults_Click(int index)
         openProperties(u"{Type=Result}{Item=-1}"_s);
     else if (index == PropertiesButton)
         openProperties(u"{Type=Result}{Item="_s + QString::number(m_results->selectedIndex()) + u'}');
-    else if (m_results->selectedIndex() >= 1)
+    else if (m_results->canRemove())
         m_results->remove(m_results->selectedIndex());
     updateButtons();
 }

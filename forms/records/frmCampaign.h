@@ -76,11 +76,6 @@ private:
     ChoiceTree *m_results = nullptr;
     RecordForm m_source; // Database .. NoAnswer, in the order they are written
     TipFilter *m_tips = nullptr;
-    QString m_options; // Options as loaded
-    // What the loaded record chose, selected once the listing has the names (or added when the
-    // database cannot be read here, so that saving gives back what was stored).
-    QString m_loadedTable;
-    QStringList m_loadedColumns; // id, telephone, name
     bool m_proposeColumns = false;
     bool m_sourceOpened = false;
     bool m_loaded = false;
