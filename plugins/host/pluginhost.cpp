@@ -18,7 +18,8 @@ Q_LOGGING_CATEGORY(lcPluginHost, "quill.plugins.host", QtInfoMsg)
 
 namespace {
 
-struct ProvidedClass {
+struct ProvidedClass
+{
     QString file;
     QString className; // as the plug-in spells it
 };
@@ -26,8 +27,17 @@ struct ProvidedClass {
 // Class names are looked up case-insensitively, as automation class names always were.
 using ClassIndex = QHash<QString, ProvidedClass>;
 
-struct ScanCache {
+// A plug-in file and the metadata it declares, read without loading it.
+struct ScannedFile
+{
+    QString path;
+    QJsonObject metaData; // the plug-in's own "MetaData" object
+};
+
+struct ScanCache
+{
     bool done = false;
+    QList<ScannedFile> files; // in the order of the search folders, then by name
     ClassIndex classes;
 };
 
@@ -37,10 +47,10 @@ ScanCache &cache()
     return instance;
 }
 
-QStringList classesOf(const QJsonObject &loaderMetaData)
+QStringList classesOf(const QJsonObject &metaData)
 {
     QStringList names;
-    const QJsonArray classes = loaderMetaData.value(u"MetaData"_s).toObject().value(u"classes"_s).toArray();
+    const QJsonArray classes = metaData.value(u"classes"_s).toArray();
     for (const QJsonValue &entry : classes) {
         if (entry.isString() && !entry.toString().isEmpty())
             names.append(entry.toString());
@@ -62,31 +72,30 @@ QStringList libraryFiles(const QString &folder)
     return libraries;
 }
 
-// Reads each plug-in's metadata without loading it; the first folder to provide a class wins.
-void indexFolder(const QString &folder, ClassIndex &index)
+// Reads each plug-in's metadata once, without loading it; the first folder to provide a class wins.
+// Start-up's registration of the shipped plug-ins and CreateObject share this one scan.
+const ScanCache &scan()
 {
-    const QStringList files = libraryFiles(folder);
-    for (const QString &path : files) {
-        const QStringList names = classesOf(QPluginLoader(path).metaData());
-        for (const QString &className : names) {
-            const QString key = className.toCaseFolded();
-            if (!index.contains(key))
-                index.insert(key, {path, className});
+    ScanCache &scanned = cache();
+    if (scanned.done)
+        return scanned;
+    for (const QString &folder : PluginHost::searchFolders()) {
+        const QStringList files = libraryFiles(folder);
+        for (const QString &path : files) {
+            const ScannedFile file{path, QPluginLoader(path).metaData().value(u"MetaData"_s).toObject()};
+            scanned.files.append(file);
+            const QStringList names = classesOf(file.metaData);
+            for (const QString &className : names) {
+                const QString key = className.toCaseFolded();
+                if (!scanned.classes.contains(key))
+                    scanned.classes.insert(key, {path, className});
+            }
+            if (!names.isEmpty())
+                qCDebug(lcPluginHost) << path << "provides" << names;
         }
-        if (!names.isEmpty())
-            qCDebug(lcPluginHost) << path << "provides" << names;
     }
-}
-
-const ClassIndex &scannedClasses()
-{
-    ScanCache &scan = cache();
-    if (!scan.done) {
-        for (const QString &folder : PluginHost::searchFolders())
-            indexFolder(folder, scan.classes);
-        scan.done = true;
-    }
-    return scan.classes;
+    scanned.done = true;
+    return scanned;
 }
 
 } // namespace
@@ -136,24 +145,19 @@ QStringList registerShippedPlugins()
         known.insert(code.toUpper());
 
     QStringList added;
-    const QStringList folders = searchFolders();
-    for (const QString &folder : folders) {
-        const QStringList files = libraryFiles(folder);
-        for (const QString &path : files) {
-            const QJsonObject metaData = QPluginLoader(path).metaData().value(u"MetaData"_s).toObject();
-            const QJsonObject book = metaData.value(u"addressBook"_s).toObject();
-            const QString code = book.value(u"code"_s).toString().trimmed();
-            // A settings key cannot hold a slash: such a code could never be looked up again.
-            if (code.isEmpty() || code.contains(u'/') || code.contains(u'\\') || known.contains(code.toUpper()))
-                continue;
-            const QString name = book.value(u"name"_s).toString().trimmed();
-            const QString shown = name.isEmpty() ? code : name;
-            settings.setValue(PluginsGroup.toString() + u'/' + code, shown);
-            settings.setValue(RegisteredGroup.toString() + u'/' + code, shown);
-            known.insert(code.toUpper());
-            added.append(code);
-            qCInfo(lcPluginHost) << "registered the address book" << code << "of" << path;
-        }
+    for (const ScannedFile &file : scan().files) {
+        const QJsonObject book = file.metaData.value(u"addressBook"_s).toObject();
+        const QString code = book.value(u"code"_s).toString().trimmed();
+        // A settings key cannot hold a slash: such a code could never be looked up again.
+        if (code.isEmpty() || code.contains(u'/') || code.contains(u'\\') || known.contains(code.toUpper()))
+            continue;
+        const QString name = book.value(u"name"_s).toString().trimmed();
+        const QString shown = name.isEmpty() ? code : name;
+        settings.setValue(PluginsGroup.toString() + u'/' + code, shown);
+        settings.setValue(RegisteredGroup.toString() + u'/' + code, shown);
+        known.insert(code.toUpper());
+        added.append(code);
+        qCInfo(lcPluginHost) << "registered the address book" << code << "of" << file.path;
     }
     return added;
 }
@@ -167,8 +171,8 @@ void forgetScan()
 
 QObject *CreateObject(const QString &className)
 {
-    const auto found = scannedClasses().constFind(className.toCaseFolded());
-    if (found == scannedClasses().constEnd()) {
+    const auto found = scan().classes.constFind(className.toCaseFolded());
+    if (found == scan().classes.constEnd()) {
         qCDebug(lcPluginHost) << "no plug-in provides" << className;
         return nullptr;
     }

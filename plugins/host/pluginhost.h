@@ -18,7 +18,8 @@ public:
     // Loads the translation for the application key ("QSConfig"); false when there is none.
     virtual bool TranslateLoad(const QString &appKey) = 0;
     // The translated text with "<1>" and "<2>" filled in by p1 and p2.
-    virtual QString Translate(const QString &key, const QString &text, const QString &p1, const QString &p2) = 0;
+    virtual QString Translate(const QString &key, const QString &text, const QString &p1,
+                              const QString &p2) = 0;
     // Translates the window's own texts in place.
     virtual void TranslateWindow(QObject *window) = 0;
 };
@@ -75,7 +76,8 @@ QStringList registerShippedPlugins();
 
 // The folders searched for plug-ins: "<appdir>/plugins", then every folder of QUILL_PLUGIN_PATH.
 QStringList searchFolders();
-// Forgets the cached scan of the folders, so the next CreateObject looks again.
+// Forgets the cached scan of the folders (shared by CreateObject and registerShippedPlugins), so the
+// next of them looks again.
 void forgetScan();
 } // namespace PluginHost
 
