@@ -283,3 +283,11 @@ void SetOption(QString &vars, const QString &name, const QString &text)
             AddVar(vars, name, text);
     });
 }
+
+void SetListOption(QString &vars, const QString &name, const QString &text, const QString &loaded)
+{
+    if (text.isEmpty() && !loaded.isEmpty() && loaded != MixedValue)
+        Guard(setOptionLabel, [&] { AddVar(vars, name, QString(), true); });
+    else
+        SetOption(vars, name, text);
+}

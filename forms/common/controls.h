@@ -42,3 +42,7 @@ void SetOption(QString &vars, const QString &name, const QWidget *control);
 void SetOption(QString &vars, const QString &name, const QButtonGroup *group);
 // Writes text into vars as name unless it is MixedValue. Empty text removes the field.
 void SetOption(QString &vars, const QString &name, const QString &text);
+// The same for a list the user edits whole (campaigns, private books): text that is empty where the
+// field as loaded held a value (not MixedValue) is written empty, so that the server forgets the
+// list too instead of keeping what was removed.
+void SetListOption(QString &vars, const QString &name, const QString &text, const QString &loaded);

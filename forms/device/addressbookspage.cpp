@@ -145,7 +145,7 @@ void AddressBooksPage::load(const QString &row)
     // Devices with different private books show none, and none can be added or removed: one
     // device's list would otherwise replace the others'.
     m_privateMixed = books == MixedValue;
-    m_hadPrivate = !books.isEmpty() && !m_privateMixed;
+    m_loadedPrivate = books;
     for (int entry = 1; !m_privateMixed; ++entry) {
         QString tag;
         const QString book = GetVar(books, entry, &tag).toString();
@@ -180,11 +180,7 @@ void AddressBooksPage::save(QString &row) const
             AddVar(entry, u"Vars"_s, m_private.at(index).vars);
             AddVar(books, u"AB"_s + QString::number(index + 1), entry);
         }
-        // The last private book removed: written empty, or the server would keep the old list.
-        if (books.isEmpty() && m_hadPrivate)
-            AddVar(row, u"PrivateAB"_s, QString(), true);
-        else
-            SetOption(row, u"PrivateAB"_s, books);
+        SetListOption(row, u"PrivateAB"_s, books, m_loadedPrivate); // the last one removed: empty
     }
     // The directory is stored by its own name in every language; nothing chosen is left out.
     const int chosen = m_newBook->currentIndex();

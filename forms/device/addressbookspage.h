@@ -78,6 +78,6 @@ private:
     QStringList m_vars;       // AB<i>Vars by book, the mixed marker while the devices differ
     QList<PrivateBook> m_private;
     bool m_privateMixed = false;
-    bool m_hadPrivate = false; // the device had private books when loaded
-    QIcon m_privateIcon;       // a blank the size of a check box's indicator
+    QString m_loadedPrivate; // PrivateAB as loaded
+    QIcon m_privateIcon;     // a blank the size of a check box's indicator
 };

@@ -77,18 +77,10 @@ void CampaignsPage::save(QString &row) const
         }
         names.append(entry);
     }
-    // A list the user emptied is written empty, or the server would keep the old one. Devices whose
-    // campaigns differ show none, and then nothing of theirs is emptied.
+    // Devices whose campaigns differ show none, and then nothing of theirs is emptied.
     const bool shown = m_loadedCampaigns != MixedValue;
-    const auto write = [&row, shown](const QString &tag, const QString &value, const QString &loaded) {
-        const bool emptied = shown && value.isEmpty() && !loaded.isEmpty() && loaded != MixedValue;
-        if (emptied)
-            AddVar(row, tag, QString(), true);
-        else
-            SetOption(row, tag, value);
-    };
-    write(u"CampaignsDone"_s, done.join(u','), m_loadedDone);
-    write(u"Campaigns"_s, names.join(u','), m_loadedCampaigns);
+    SetListOption(row, u"CampaignsDone"_s, done.join(u','), shown ? m_loadedDone : QString());
+    SetListOption(row, u"Campaigns"_s, names.join(u','), m_loadedCampaigns);
 }
 
 void CampaignsPage::addChoice(const QString &choice)
