@@ -20,8 +20,8 @@ class CommandProcessor
 public:
     explicit CommandProcessor(Store &store);
 
-    // Runs one command as one transaction. Never throws; bad input gives a refusal and leaves the
-    // stored data as it was.
+    // Runs one command as one unit of the store (its own transaction, or a savepoint of the open
+    // group). Never throws; bad input gives a refusal and leaves the stored data as it was.
     CommandOutcome execute(const QString &command);
 
 private:

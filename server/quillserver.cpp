@@ -16,6 +16,8 @@
 #include <QWebSocket>
 #include <QWebSocketServer>
 
+#include <utility>
+
 Q_LOGGING_CATEGORY(lcServer, "quill.server.core")
 
 using namespace Qt::StringLiterals;
@@ -48,6 +50,10 @@ QuillServer::QuillServer(QObject *parent)
     : QObject(parent), m_store(std::make_unique<Store>()),
       m_commands(std::make_unique<CommandProcessor>(*m_store))
 {
+    m_groupTimer.setSingleShot(true);
+    m_groupTimer.setTimerType(Qt::PreciseTimer);
+    m_groupTimer.setInterval(GroupCommitMs);
+    connect(&m_groupTimer, &QTimer::timeout, this, &QuillServer::commitWrites);
 }
 
 QuillServer::~QuillServer()
@@ -150,6 +156,7 @@ void QuillServer::seedDemo()
         qCWarning(lcServer) << "no database is open; the demo site was not loaded";
         return;
     }
+    commitWrites(); // the site goes in as one transaction of its own
     if (!isEmpty()) {
         qCInfo(lcServer) << "the database holds data; the demo site was not loaded";
         return;
@@ -167,6 +174,7 @@ bool QuillServer::addUser(const QString &name, const QString &password)
     if (user.isEmpty() || password.isEmpty() || !m_store->isOpen())
         return false;
     const Account account = Credentials::hashPassword(password);
+    commitWrites(); // the account goes in as one transaction of its own, on disk when this returns
     if (!m_store->begin())
         return false;
     if (!m_store->setAccount(user, account) || !m_store->commit()) {
@@ -229,10 +237,66 @@ QString QuillServer::execute(const QString &command)
         refuse(u"no database is open"_s);
         return {};
     }
+    if (!m_store->inGroup() && m_store->beginGroup())
+        m_groupTimer.start();
+    const bool grouped = m_store->inGroup();
     const CommandOutcome outcome = m_commands->execute(command);
     if (!outcome.refusal.isEmpty())
         refuse(outcome.refusal);
-    return outcome.reply;
+    if (grouped && !m_store->inGroup())
+        redoGroup();
+    else if (grouped)
+        m_group.append({command, outcome.refusal});
+    if (outcome.reply.isEmpty()) {
+        if (m_group.size() >= MaxGroupCommands)
+            commitWrites();
+        return {};
+    }
+    // A reply read what the group wrote; it goes out only once that is on disk.
+    return commitWrites() ? outcome.reply : QString();
+}
+
+bool QuillServer::commitWrites()
+{
+    m_groupTimer.stop();
+    const qsizetype commands = std::exchange(m_group, {}).size();
+    if (!m_store->inGroup() || m_store->commitGroup())
+        return true;
+    groupLost(commands);
+    return false;
+}
+
+void QuillServer::groupLost(qsizetype commands)
+{
+    refuse(u"storage failure: the %1 commands since the last commit were lost: %2"_s.arg(commands).arg(
+        m_store->lastError()));
+}
+
+// Some failures (a full disk, an I/O error) make SQLite undo the whole transaction, not only the
+// command that met them. The group's earlier commands are then run again, once, in a new group,
+// so that the failing command alone is lost, as if each command had its own transaction.
+void QuillServer::redoGroup()
+{
+    const QList<GroupedCommand> group = std::exchange(m_group, {});
+    if (group.isEmpty())
+        return;
+    if (m_store->beginGroup()) {
+        for (const GroupedCommand &grouped : group) {
+            const CommandOutcome again = m_commands->execute(grouped.command);
+            if (!m_store->inGroup())
+                break;
+            // What was refused the first time has been logged already.
+            if (!again.refusal.isEmpty() && again.refusal != grouped.refusal)
+                refuse(again.refusal);
+            m_group.append(grouped);
+        }
+    }
+    if (!m_store->inGroup()) {
+        m_group.clear();
+        groupLost(group.size());
+        return;
+    }
+    m_groupTimer.start();
 }
 
 void QuillServer::refuse(const QString &reason)
@@ -250,6 +314,7 @@ void QuillServer::sessionEnded(Session *session)
 
 void QuillServer::close()
 {
+    commitWrites();
     if (m_server) {
         m_server->close();
         delete m_server;

@@ -11,6 +11,7 @@
 #include <QSslConfiguration>
 #include <QString>
 #include <QStringList>
+#include <QTimer>
 #include <QUrl>
 
 #include <memory>
@@ -27,6 +28,13 @@ class QuillServer : public QObject
 {
     Q_OBJECT
 public:
+    // Writes are committed in groups, one disk flush for many commands. The open group is
+    // committed before any frame goes to any session (so a reply proves that every write sent
+    // before it is on disk), at the latest GroupCommitMs after it opened or once it holds
+    // MaxGroupCommands commands, and on close.
+    static constexpr int GroupCommitMs = 5;
+    static constexpr int MaxGroupCommands = 2000;
+
     explicit QuillServer(QObject *parent = nullptr);
     ~QuillServer() override;
 
@@ -52,7 +60,8 @@ public:
     // How failed password log-ins are held off, and how many are checked at once.
     void setLogInLimits(const LogInLimits &limits);
 
-    // Runs one command and returns its reply ("" when it has none). Refusals are logged.
+    // Runs one command and returns its reply ("" when it has none). Refusals are logged. A reply
+    // is given only once the command and every write before it are on disk.
     QString execute(const QString &command);
 
     // Stops listening, closes every session and the database.
@@ -75,12 +84,25 @@ private:
                                                    const QString &password, LogInGate::Done done);
     void refuse(const QString &reason);
     void sessionEnded(Session *session);
+    // Commits the open group; false, with a refusal logged, when its writes are lost.
+    bool commitWrites();
+    void redoGroup();
+    void groupLost(qsizetype commands);
+
+    // The commands of the open group, with what each was refused, in case they must run again.
+    struct GroupedCommand
+    {
+        QString command;
+        QString refusal;
+    };
 
     std::unique_ptr<Store> m_store;
     std::unique_ptr<CommandProcessor> m_commands;
     LogInGate m_logInGate{this};
     QWebSocketServer *m_server = nullptr;
     QList<Session *> m_sessions;
+    QList<GroupedCommand> m_group;
+    QTimer m_groupTimer{this};
     QSslConfiguration m_tls;
     bool m_useTls = false;
     int m_refusals = 0;

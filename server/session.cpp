@@ -73,15 +73,29 @@ void Session::abort()
 {
     if (m_closing)
         return;
-    m_closing = true;
-    m_socket->close(QWebSocketProtocol::CloseCodeGoingAway);
+    close(QWebSocketProtocol::CloseCodeGoingAway);
 }
 
 void Session::refuseAndClose(const QString &reason)
 {
     m_server.refuse(reason + u" from "_s + m_peer + u"; connection closed"_s);
+    close(QWebSocketProtocol::CloseCodePolicyViolated);
+}
+
+void Session::close(QWebSocketProtocol::CloseCode code)
+{
     m_closing = true;
-    m_socket->close(QWebSocketProtocol::CloseCodePolicyViolated);
+    m_server.commitWrites();
+    m_socket->close(code);
+}
+
+void Session::send(const QString &frame)
+{
+    // Nothing reaches a client, of this session or another, while writes made before it are not
+    // on disk: whatever a client sees next proves that they are. (A command's reply has been
+    // committed by execute() already; this covers the session frames.)
+    m_server.commitWrites();
+    m_socket->sendTextMessage(frame);
 }
 
 void Session::frameArrived(const QString &frame)
@@ -117,7 +131,7 @@ void Session::frameArrived(const QString &frame)
             u"reply of %1 characters to %2 is over 16 MiB; not sent"_s.arg(reply.size()).arg(m_peer));
         return;
     }
-    m_socket->sendTextMessage(reply);
+    send(reply);
 }
 
 void Session::binaryArrived()
@@ -186,8 +200,8 @@ void Session::startServing(const QString &user, const QString &app)
     m_user = user;
     qCInfo(lcServer).noquote() << "session of" << m_user << "from" << m_peer << "opened"
                                << (app.isEmpty() ? QString() : u"by "_s + app.left(60));
-    m_socket->sendTextMessage(u"{Session=LOGIN}"_s);
-    m_socket->sendTextMessage(u"{Session=READY}"_s);
+    send(u"{Session=LOGIN}"_s);
+    send(u"{Session=READY}"_s);
     const QStringList early = std::exchange(m_early, {});
     m_earlyChars = 0;
     for (const QString &frame : early) {
@@ -202,7 +216,7 @@ void Session::refuseLogIn(const QString &reason, const QString &what)
     m_early.clear();
     QString logout = u"{Session=LOGOUT}"_s;
     AddVar(logout, u"Reason"_s, reason);
-    m_socket->sendTextMessage(logout);
+    send(logout);
     m_socket->flush();
     refuseAndClose(what);
 }

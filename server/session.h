@@ -9,6 +9,7 @@
 #include <QString>
 #include <QStringList>
 #include <QTimer>
+#include <QWebSocketProtocol>
 
 class QWebSocket;
 class QuillServer;
@@ -43,6 +44,9 @@ private:
     void sessionFrame(const QString &frame);
     void refuseAndClose(const QString &reason);
     void disconnected();
+    // Every frame to the client goes out here, after the server's open group is on disk.
+    void send(const QString &frame);
+    void close(QWebSocketProtocol::CloseCode code);
 
     QWebSocket *m_socket;
     QuillServer &m_server;

@@ -7,6 +7,8 @@
 #include <QSqlError>
 #include <QVariant>
 
+#include <utility>
+
 using namespace Qt::StringLiterals;
 
 // Schema. Records are rows of `record`; each field of a record is one row of `field`, keyed by
@@ -50,6 +52,9 @@ enum Slot {
     DeleteRecordFields,
     DeleteRecordRow,
     SelectDevice,
+    Savepoint,
+    ReleaseSavepoint,
+    RollbackToSavepoint,
     SlotCount
 };
 
@@ -188,6 +193,8 @@ bool Store::createSchema()
 
 void Store::close()
 {
+    m_inGroup = false; // an open group's transaction ends with the connection, undone
+    m_inCommand = false;
     qDeleteAll(m_queries);
     m_queries.clear();
     if (QSqlDatabase::contains(m_connection)) {
@@ -237,6 +244,13 @@ QSqlQuery &Store::prepared(int slot, const QString &statement)
 bool Store::begin()
 {
     m_readFailed = false;
+    if (m_inGroup) {
+        QSqlQuery &savepoint = prepared(Savepoint, u"SAVEPOINT command"_s);
+        if (!savepoint.exec())
+            return fail(savepoint);
+        m_inCommand = true;
+        return true;
+    }
     if (!database().transaction()) {
         m_error = database().lastError().text();
         return false;
@@ -246,6 +260,16 @@ bool Store::begin()
 
 bool Store::commit()
 {
+    if (m_inGroup) {
+        QSqlQuery &release = prepared(ReleaseSavepoint, u"RELEASE command"_s);
+        if (!release.exec()) {
+            fail(release);
+            rollback();
+            return false;
+        }
+        m_inCommand = false;
+        return true;
+    }
     if (!database().commit()) {
         m_error = database().lastError().text();
         database().rollback();
@@ -256,7 +280,38 @@ bool Store::commit()
 
 void Store::rollback()
 {
-    database().rollback();
+    if (!m_inGroup) {
+        database().rollback();
+        return;
+    }
+    if (!std::exchange(m_inCommand, false))
+        return; // undone already
+    // lastError() keeps saying why the command failed: these statements do not set it.
+    // Without the savepoint the transaction is gone: SQLite has undone the whole group.
+    if (!prepared(RollbackToSavepoint, u"ROLLBACK TO command"_s).exec() ||
+        !prepared(ReleaseSavepoint, u"RELEASE command"_s).exec()) {
+        m_inGroup = false;
+        database().rollback();
+    }
+}
+
+bool Store::beginGroup()
+{
+    if (m_inGroup)
+        return true;
+    if (!begin())
+        return false;
+    m_inGroup = true;
+    return true;
+}
+
+bool Store::commitGroup()
+{
+    if (!m_inGroup)
+        return true;
+    m_inGroup = false;
+    m_inCommand = false;
+    return commit();
 }
 
 QList<qint64> Store::ids(Table table)

@@ -35,7 +35,8 @@ struct Account
 };
 
 // Thread-confined like the QSqlDatabase inside it. Every method that writes expects the caller to
-// hold a transaction (begin/commit), so that one command is one transaction.
+// hold a unit (begin/commit), so that one command is one unit: its own transaction, or, while a
+// group is open, a savepoint inside the group's transaction.
 class Store
 {
 public:
@@ -50,11 +51,20 @@ public:
     bool isOpen() const;
     QString lastError() const;
 
+    // One command's unit. Outside a group: a transaction of its own, made durable by commit().
+    // Inside a group: a savepoint, which commit() keeps in the group and rollback() undoes alone.
     bool begin();
     bool commit();
-    // A read inside the current transaction failed (set by begin()'s command's reads).
+    // A read inside the current unit failed (set by begin()'s command's reads).
     bool readFailed() const { return m_readFailed; }
     void rollback();
+
+    // A group: one transaction that the units of many commands join, so that one disk flush
+    // (commitGroup) makes all of them durable. Some failures (a full disk, an I/O error) make
+    // SQLite undo the whole transaction: the group has then ended, and inGroup() says so.
+    bool beginGroup();
+    bool inGroup() const { return m_inGroup; }
+    bool commitGroup();
 
     // The record ids of a table, ascending.
     QList<qint64> ids(Table table);
@@ -98,6 +108,8 @@ private:
     QString m_connection;
     QString m_error;
     bool m_readFailed = false;
+    bool m_inGroup = false;
+    bool m_inCommand = false; // a command's savepoint is open in the group
     QList<QSqlQuery *> m_queries;
 };
 

@@ -17,6 +17,12 @@ QString createScript(int n)
     return setFieldsCommand(u"Scripts"_s, fields);
 }
 
+QString createCampaign(int n)
+{
+    return setFieldsCommand(u"Campaigns"_s,
+                            record({{u"Name"_s, u"Campaign %1"_s.arg(n, 3, 10, QLatin1Char('0'))}}));
+}
+
 // Runs statement on the SQLite file directly, outside any server.
 QVariant sqlite(const QString &file, const QString &statement)
 {
@@ -50,10 +56,15 @@ void tst_ServerDurability::acknowledgedWritesSurviveAKill()
     QVERIFY(server.addUser(TestAccount::user(), TestAccount::password()));
     QVERIFY(server.start());
     {
+        // A second session writes at the same time; its writes may share commits with the first's.
         RawClient client;
+        RawClient other;
         QVERIFY(client.openLoggedIn(server.url()));
-        for (int n = 1; n <= 50; ++n)
+        QVERIFY(other.openLoggedIn(server.url()));
+        for (int n = 1; n <= 50; ++n) {
             client.send(createScript(n));
+            other.send(createCampaign(n));
+        }
         QString edit = u"{Cmd=SetFields}{Table=Scripts}{Id=7}"_s;
         AddVar(edit, u"Fields"_s, u"{Params(S9)=Queue=1,2}"_s);
         client.send(edit);
@@ -67,6 +78,12 @@ void tst_ServerDurability::acknowledgedWritesSurviveAKill()
     QVERIFY(server.start());
     RawClient client;
     QVERIFY(client.openLoggedIn(server.url()));
+    // Of the other session's writes, not acknowledged to it, those that survived are its first
+    // ones, in order: a later write is never on disk without the ones before it.
+    const QStringList campaigns =
+        listColumn(client.request(u"{Cmd=GetList}{Table=Campaigns}{Fields=Name}{Sort=Id}"_s), u"Name"_s);
+    for (qsizetype i = 0; i < campaigns.size(); ++i)
+        QCOMPARE(campaigns[i], u"Campaign %1"_s.arg(i + 1, 3, 10, QLatin1Char('0')));
     const QString list = client.request(
         u"{Cmd=GetList}{Table=Scripts}{Ref=MAIN-SCRIPTS}{Fields=ScriptId,Id,Name}{Sort=Name}"_s);
     QCOMPARE(GetVar(list, u"ListCount"_s).toInt(), 49);
@@ -80,6 +97,21 @@ void tst_ServerDurability::acknowledgedWritesSurviveAKill()
     client.send(createScript(51));
     const QString after = client.request(u"{Cmd=GetList}{Table=Scripts}{Fields=Id,Name}{Sort=Name}"_s);
     QCOMPARE(GetVar(getText(after, u"List50"_s), u"Id"_s).toInt(), 51);
+
+    // Writes with nothing after them, not even a ping, reach the disk by themselves moments later.
+    for (int n = 52; n <= 61; ++n)
+        client.send(createScript(n));
+    const auto scriptsOnDisk = [&] {
+        return sqlite(server.dbFile(), u"SELECT count(*) FROM record WHERE tbl = 6"_s).toInt();
+    };
+    QTRY_COMPARE_WITH_TIMEOUT(scriptsOnDisk(), 60, 10000);
+    server.kill();
+    QVERIFY(server.start());
+    RawClient afterKill;
+    QVERIFY(afterKill.openLoggedIn(server.url()));
+    const QString last = afterKill.request(u"{Cmd=GetList}{Table=Scripts}{Fields=Id,Name}{Sort=Id}"_s);
+    QCOMPARE(GetVar(last, u"ListCount"_s).toInt(), 60);
+    QCOMPARE(getText(getText(last, u"List60"_s), u"Name"_s), u"Script 061"_s);
     QVERIFY(server.stop());
 }
 

@@ -23,6 +23,8 @@ private slots:
     void initTestCase() { QLoggingCategory::setFilterRules(u"quill.server.*.info=false"_s); }
     void oneTimeTokensLogInOnce();
     void refusalsAreCountedAndLeaveDataAlone();
+    void aWriteThatFailsPartWayIsUndoneAloneNotWithTheWritesBesideIt_data();
+    void aWriteThatFailsPartWayIsUndoneAloneNotWithTheWritesBesideIt();
     void instancesInTwoThreadsKeepTheirOwnData();
     void tlsSettingsAreCheckedBeforeListening();
 };
@@ -108,6 +110,65 @@ void tst_ServerEmbedded::refusalsAreCountedAndLeaveDataAlone()
     server.close();
     QCOMPARE(server.execute(u"{Cmd=Ping}"_s), QString());
     QCOMPARE(refusals.count(), 4);
+}
+
+void tst_ServerEmbedded::aWriteThatFailsPartWayIsUndoneAloneNotWithTheWritesBesideIt_data()
+{
+    QTest::addColumn<QString>("failure");
+    QTest::newRow("the statement fails") << u"ABORT"_s;
+    // As after a full disk or an I/O error: SQLite undoes every write since the last commit.
+    QTest::newRow("the transaction is undone") << u"ROLLBACK"_s;
+}
+
+void tst_ServerEmbedded::aWriteThatFailsPartWayIsUndoneAloneNotWithTheWritesBesideIt()
+{
+    QFETCH(QString, failure);
+    QTemporaryDir dir;
+    const QString file = dir.filePath(u"db.sqlite"_s);
+    {
+        QuillServer server;
+        QVERIFY(server.open(file));
+        QSignalSpy refusals(&server, &QuillServer::refused);
+        {
+            // The storage refuses one value: a command storing it fails after it has written the
+            // fields before it.
+            QSqlDatabase other = QSqlDatabase::addDatabase(u"QSQLITE"_s, u"saboteur"_s);
+            other.setDatabaseName(file);
+            QVERIFY(other.open());
+            QSqlQuery trigger(other);
+            QVERIFY2(trigger.exec(
+                         u"CREATE TRIGGER failing_disk BEFORE INSERT ON field WHEN NEW.value = 'unstorable'"
+                         " BEGIN SELECT RAISE(%1, 'disk failure'); END"_s.arg(failure)),
+                     qPrintable(trigger.lastError().text()));
+            other.close();
+        }
+        QSqlDatabase::removeDatabase(u"saboteur"_s);
+
+        // Three writes with no reply between them share one group with the read after them.
+        QCOMPARE(server.execute(setFieldsCommand(u"Scripts"_s, record({{u"Name"_s, u"Before"_s}}))),
+                 QString());
+        QCOMPARE(server.execute(setFieldsCommand(
+                     u"Scripts"_s, record({{u"Name"_s, u"Half"_s}, {u"Script"_s, u"unstorable"_s}}))),
+                 QString());
+        QCOMPARE(server.execute(setFieldsCommand(u"Scripts"_s, record({{u"Name"_s, u"After"_s}}))),
+                 QString());
+        const QString list = server.execute(u"{Cmd=GetList}{Table=Scripts}{Fields=Name}{Sort=Id}"_s);
+        QCOMPARE(listColumn(list, u"Name"_s), QStringList({u"Before"_s, u"After"_s}));
+        QCOMPARE(refusals.count(), 1);
+        QVERIFY2(refusals.at(0).at(0).toString().contains(u"storage failure"_s),
+                 qPrintable(refusals.at(0).at(0).toString()));
+
+        // The server goes on: the next write and read work.
+        QCOMPARE(server.execute(setFieldsCommand(u"Scripts"_s, record({{u"Name"_s, u"Next"_s}}))), QString());
+        QCOMPARE(
+            GetVar(server.execute(u"{Cmd=GetList}{Table=Scripts}{Fields=Name}"_s), u"ListCount"_s).toInt(),
+            3);
+    }
+    // What was answered is in the file.
+    QuillServer reopened;
+    QVERIFY(reopened.open(file));
+    QCOMPARE(listColumn(reopened.execute(u"{Cmd=GetList}{Table=Scripts}{Fields=Name}{Sort=Id}"_s), u"Name"_s),
+             QStringList({u"Before"_s, u"After"_s, u"Next"_s}));
 }
 
 void tst_ServerEmbedded::instancesInTwoThreadsKeepTheirOwnData()
