@@ -44,6 +44,7 @@ Table failed(Table table, Failure failure)
 {
     table.failure = failure;
     table.records.clear();
+    table.lines.clear();
     return table;
 }
 
@@ -57,6 +58,7 @@ void fillFrom(Table &table, QByteArrayView bytes, bool atEnd, const ReadOptions 
     table.separator = options.separator.isNull() ? detectSeparator(*text) : options.separator;
     const ParseResult parsed = parse(*text, table.separator, options.maxRecords, atEnd);
     table.records = parsed.records;
+    table.lines = parsed.lines;
     table.truncated = !atEnd || parsed.consumed < text->size();
     if (atEnd && table.records.isEmpty())
         table = failed(table, Failure::Empty);
@@ -91,12 +93,22 @@ ParseResult parse(QStringView text, QChar separator, qsizetype maxRecords, bool 
     bool quoted = false;
     bool fieldStart = true;
     bool lineHasContent = false;
+    qsizetype line = 1;
+    qsizetype recordLine = 1;
+    const auto content = [&] {
+        if (!lineHasContent)
+            recordLine = line;
+        lineHasContent = true;
+    };
     const qsizetype size = text.size();
     qsizetype i = 0;
     while (i < size) {
         const QChar c = text[i];
         if (quoted) {
             if (c != u'"') {
+                // A line break inside quotes is part of the field, and still a line of the file.
+                if (c == u'\n' || (c == u'\r' && (i + 1 >= size || text[i + 1] != u'\n')))
+                    ++line;
                 field += c;
                 ++i;
             } else if (i + 1 < size && text[i + 1] == u'"') {
@@ -108,21 +120,23 @@ ParseResult parse(QStringView text, QChar separator, qsizetype maxRecords, bool 
             }
         } else if (c == u'"' && fieldStart) {
             quoted = true;
-            lineHasContent = true;
+            content();
             fieldStart = false;
             ++i;
         } else if (c == separator) {
             record.append(field);
             field.clear();
             fieldStart = true;
-            lineHasContent = true;
+            content();
             ++i;
         } else if (isLineBreak(c)) {
             i += (c == u'\r' && i + 1 < size && text[i + 1] == u'\n') ? 2 : 1;
             if (lineHasContent) {
                 record.append(field);
                 result.records.append(record);
+                result.lines.append(recordLine);
             }
+            ++line;
             record.clear();
             field.clear();
             fieldStart = true;
@@ -136,7 +150,7 @@ ParseResult parse(QStringView text, QChar separator, qsizetype maxRecords, bool 
         } else {
             field += c;
             fieldStart = false;
-            lineHasContent = true;
+            content();
             ++i;
         }
     }
@@ -144,6 +158,7 @@ ParseResult parse(QStringView text, QChar separator, qsizetype maxRecords, bool 
     if (atEnd && lineHasContent) {
         record.append(field);
         result.records.append(record);
+        result.lines.append(recordLine);
         result.consumed = size;
     } else if (atEnd) {
         result.consumed = size;

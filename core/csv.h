@@ -41,6 +41,8 @@ struct Table
     qint64 fileSize = 0;
     QChar separator = u',';
     QList<QStringList> records;
+    // The line of the file on which each record begins (1 for the first line), aligned with records.
+    QList<qsizetype> lines;
     // True when the records stop before the end of the file (the limit of ReadOptions was reached).
     bool truncated = false;
 
@@ -53,6 +55,8 @@ Table readFile(const QString &path, const ReadOptions &options = {});
 struct ParseResult
 {
     QList<QStringList> records;
+    // The line on which each record begins (1 for the first line), aligned with records.
+    QList<qsizetype> lines;
     // Where the text after the last record returned begins (text.size() when all was used).
     qsizetype consumed = 0;
 };

@@ -34,7 +34,8 @@ const Route routes[] = {{u"MAIN"_s, 5},    {u"AB"_s, 3},   {u"CAMPAIGN"_s, 9},
 
 // Server messages this tool does not use, and the keep-alive answer.
 const QStringList ignoredKinds = {u"LOGIN"_s,     u"SUCCESS"_s,  u"BLF"_s,      u"PHONE"_s,
-                                  u"EXTUPDATE"_s, u"NEWSTATE"_s, u"LISTEXTS"_s, u"PINGECHO"_s};
+                                  u"EXTUPDATE"_s, u"NEWSTATE"_s, u"LISTEXTS"_s, u"PINGECHO"_s,
+                                  u"BULK"_s}; // BULK: the bulk work listens to the session itself
 
 QString deviceRead(const QVariant &id, const QStringList &addressBookNames)
 {

@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "devicerecord.h"
 
-#include "controls.h"
 #include "serverlink.h"
 #include "tagvalue.h"
 
@@ -166,8 +165,9 @@ QStringList storeCommands(const QString &fields, const QString &idList, const QL
         QString identity;
         if (!device.ext.isEmpty())
             AddVar(identity, u"Ext"_s, device.ext);
-        // A name still showing the mixed marker is left out, so each device keeps its own.
-        SetOption(identity, u"Name"_s, device.name);
+        // A name still showing the mixed marker (one blank) is left out, so each device keeps its own.
+        if (device.name != u" "_s)
+            AddVar(identity, u"Name"_s, device.name);
         QString command = u"{Cmd=SetFields}{Table=Exts}"_s;
         AddVar(command, u"Fields"_s, QString(fields + identity));
         AddVar(command, u"Id"_s, idList);

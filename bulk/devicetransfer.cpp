@@ -1,0 +1,366 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "devicetransfer.h"
+
+#include "tagreader.h"
+#include "tagvalue.h"
+#include "translate.h"
+#include "usrsession.h"
+
+#include <QLoggingCategory>
+
+#include <algorithm>
+
+using namespace Qt::StringLiterals;
+
+Q_LOGGING_CATEGORY(lcBulk, "quill.bulk")
+
+namespace {
+
+const QString readRef = u"BULK-READ-"_s;
+const QString ackRef = u"BULK-ACK-"_s;
+
+// What one field of one device adds to a list reply, in characters, as a guess that errs high:
+// the entry around the value and a value as long as the field keeps (or a generous line of text).
+qsizetype fieldEstimate(const QString &tag)
+{
+    const DeviceSheet::Column *column = DeviceSheet::column(tag);
+    const qsizetype value = !column ? 64
+                            : column->holds == DeviceSheet::Holds::Flag ? 1
+                            : column->cut > 0                           ? column->cut
+                                                                        : 64;
+    return tag.size() + 10 + value;
+}
+
+// The most characters one list reply should carry: a quarter of the session's frame limit, so that
+// even text that is all three-byte characters in UTF-8 stays under it.
+constexpr qsizetype replyBudget = usrSession::MaxFrameBytes / 4;
+// What a list row costs besides its fields: "{List123456(S1234)=" and the device's Id entry.
+constexpr qsizetype rowOverhead = 40;
+// Fields of free text (notes, absence text) are read on their own.
+bool readAlone(const QString &tag)
+{
+    return tag.compare(u"Notes"_s, Qt::CaseInsensitive) == 0 || tag.compare(u"AbsenceText"_s, Qt::CaseInsensitive) == 0;
+}
+
+QString listCommand(const QString &ref, const QStringList &fields)
+{
+    QString command = u"{Cmd=GetList}{Table=Exts}"_s;
+    AddVar(command, u"Ref"_s, ref);
+    AddVar(command, u"Fields"_s, fields.join(u','));
+    command += u"{Sort=Ext}"_s;
+    return command;
+}
+
+} // namespace
+
+bool isBulkReply(const QString &message)
+{
+    return getText(message, u"Ref"_s).startsWith(u"BULK-"_s, Qt::CaseInsensitive);
+}
+
+SessionChannel::SessionChannel(usrSession &session, QObject *parent) : BulkChannel(parent), m_session(&session)
+{
+    connect(&session, &usrSession::SessionEvent, this,
+            [this](const QString &, const QString &kind, const QString &data) {
+                if (kind == u"MESSAGE"_s && isBulkReply(data))
+                    emit replyArrived(data);
+                else if (kind == u"LOGOUT"_s)
+                    emit lost(data.isEmpty() ? Translate(u"logged out"_s) : data);
+            });
+    connect(&session, &usrSession::stateChanged, this, [this](usrSession::State state) {
+        if (state == usrSession::State::Reconnecting || state == usrSession::State::Closed)
+            emit lost(Translate(u"the connection to the server was lost"_s));
+    });
+    connect(&session, &QObject::destroyed, this,
+            [this] { emit lost(Translate(u"the connection to the server was lost"_s)); });
+}
+
+void SessionChannel::send(const QString &command)
+{
+    if (m_session)
+        m_session->SendCommand(command);
+}
+
+bool SessionChannel::isOpen() const
+{
+    return m_session && m_session->state() == usrSession::State::Ready;
+}
+
+// ---------------------------------------------------------------------------------------------
+
+DeviceReader::DeviceReader(BulkChannel &channel, QObject *parent) : QObject(parent), m_channel(channel)
+{
+    m_timer.setSingleShot(true);
+    connect(&m_timer, &QTimer::timeout, this,
+            [this] { fail(Translate(u"The server did not answer the read of the devices in time."_s)); });
+    connect(&m_channel, &BulkChannel::replyArrived, this, &DeviceReader::replyArrived);
+    connect(&m_channel, &BulkChannel::lost, this, [this](const QString &reason) {
+        if (m_running)
+            fail(Translate({}, u"The devices could not be read: <1>."_s, reason));
+    });
+}
+
+void DeviceReader::start(const QStringList &fields)
+{
+    m_result = {};
+    m_result.devices.fields = {u"Id"_s, u"Ext"_s, u"Type"_s};
+    m_wanted.clear();
+    for (const QString &field : fields) {
+        const QString name = field.trimmed();
+        if (!name.isEmpty() && m_result.devices.indexOf(name) < 0 && !m_wanted.contains(name, Qt::CaseInsensitive))
+            m_wanted.append(name);
+    }
+    m_result.devices.fields += m_wanted;
+    m_groups.clear();
+    m_rowOfId.clear();
+    m_done = 0;
+    m_total = 1;
+    m_running = true;
+    if (!m_channel.isOpen()) {
+        fail(Translate(u"The devices could not be read: there is no connection to the server."_s));
+        return;
+    }
+    m_awaiting = readRef + u'0';
+    m_channel.send(listCommand(m_awaiting, {u"Id"_s, u"Ext"_s, u"Type"_s}));
+    m_timer.start(m_timeoutMs);
+}
+
+void DeviceReader::cancel()
+{
+    if (!m_running)
+        return;
+    m_result.cancelled = true;
+    finish();
+}
+
+void DeviceReader::replyArrived(const QString &message)
+{
+    if (!m_running || getText(message, u"Ref"_s).toUpper() != m_awaiting)
+        return;
+    m_timer.stop();
+    const ListRows rows(message);
+    DeviceSheet::Table &devices = m_result.devices;
+    const qsizetype width = devices.fields.size();
+    if (m_done == 0) {
+        devices.rows.reserve(rows.size());
+        for (const QStringView row : rows) {
+            const TagReader reader(row);
+            QStringList values(width);
+            values[0] = reader.text(u"Id");
+            values[1] = reader.text(u"Ext");
+            values[2] = reader.text(u"Type");
+            m_rowOfId.insert(values[0], devices.rows.size());
+            devices.rows.append(values);
+        }
+        // Group the other fields so that no reply comes near the frame limit.
+        const qsizetype count = qMax<qsizetype>(1, devices.rows.size());
+        QStringList group;
+        qsizetype groupCost = rowOverhead;
+        for (const QString &field : m_wanted) {
+            const qsizetype cost = fieldEstimate(field);
+            if (readAlone(field)) {
+                m_groups.append({field});
+                continue;
+            }
+            if (!group.isEmpty() && (groupCost + cost) * count > replyBudget) {
+                m_groups.append(group);
+                group.clear();
+                groupCost = rowOverhead;
+            }
+            group.append(field);
+            groupCost += cost;
+        }
+        if (!group.isEmpty())
+            m_groups.append(group);
+        m_total = 1 + int(m_groups.size());
+    } else {
+        const QStringList &group = m_groups.at(m_done - 1);
+        QList<qsizetype> positions;
+        for (const QString &field : group)
+            positions.append(devices.indexOf(field));
+        for (const QStringView row : rows) {
+            const TagReader reader(row);
+            const auto found = m_rowOfId.constFind(reader.text(u"Id"));
+            if (found == m_rowOfId.cend())
+                continue; // a device stored since the first read
+            QStringList &values = devices.rows[*found];
+            for (qsizetype i = 0; i < group.size(); ++i)
+                values[positions.at(i)] = reader.text(group.at(i));
+        }
+    }
+    ++m_done;
+    emit progress(m_done, m_total);
+    if (m_done >= m_total) {
+        finish();
+        return;
+    }
+    sendNext();
+}
+
+void DeviceReader::sendNext()
+{
+    m_awaiting = readRef + QString::number(m_done);
+    m_channel.send(listCommand(m_awaiting, QStringList{u"Id"_s} + m_groups.at(m_done - 1)));
+    m_timer.start(m_timeoutMs);
+}
+
+void DeviceReader::fail(const QString &error)
+{
+    if (!m_running)
+        return;
+    qCWarning(lcBulk) << "device read failed:" << error;
+    m_result.error = error;
+    finish();
+}
+
+void DeviceReader::finish()
+{
+    m_running = false;
+    m_timer.stop();
+    m_awaiting.clear();
+    if (!m_result.ok())
+        m_result.devices.rows.clear();
+    emit finished(m_result);
+}
+
+// ---------------------------------------------------------------------------------------------
+
+DeviceSender::DeviceSender(BulkChannel &channel, QObject *parent) : QObject(parent), m_channel(channel)
+{
+    m_timer.setSingleShot(true);
+    connect(&m_timer, &QTimer::timeout, this,
+            [this] { lost(Translate(u"the server did not confirm the writes in time"_s)); });
+    connect(&m_channel, &BulkChannel::replyArrived, this, &DeviceSender::replyArrived);
+    connect(&m_channel, &BulkChannel::lost, this, &DeviceSender::lost);
+}
+
+void DeviceSender::start(const QList<Item> &items)
+{
+    m_items = items;
+    m_sent = 0;
+    m_confirmed = 0;
+    m_awaited.clear();
+    m_cancelled = false;
+    m_running = true;
+    if (m_items.isEmpty()) {
+        QTimer::singleShot(0, this, [this] { finish(Result::Done); });
+        return;
+    }
+    if (!m_channel.isOpen()) {
+        QTimer::singleShot(0, this, [this] { lost(Translate(u"there is no connection to the server"_s)); });
+        return;
+    }
+    sendBatch();
+}
+
+void DeviceSender::cancel()
+{
+    if (!m_running || m_cancelled)
+        return;
+    m_cancelled = true;
+    if (m_awaited.isEmpty())
+        finish(Result::Cancelled);
+}
+
+void DeviceSender::sendBatch()
+{
+    while (!m_cancelled && m_awaited.size() < m_inFlight && m_sent < m_items.size()) {
+        const qsizetype end = qMin(m_items.size(), m_sent + m_batchSize);
+        for (; m_sent < end; ++m_sent)
+            m_channel.send(m_items.at(m_sent).command);
+        QString echo = u"{Cmd=Ping}{Handler=Branch}"_s;
+        AddVar(echo, u"Ref"_s, QString(ackRef + QString::number(++m_batch)));
+        m_channel.send(echo);
+        m_awaited.append({m_batch, m_sent});
+    }
+    m_timer.start(m_timeoutMs);
+}
+
+void DeviceSender::replyArrived(const QString &message)
+{
+    if (!m_running || m_awaited.isEmpty())
+        return;
+    const QString ref = getText(message, u"Ref"_s).toUpper();
+    if (!ref.startsWith(ackRef))
+        return;
+    // Echoes come in the order their batches went, each confirming everything sent before it.
+    bool isNumber = false;
+    const int batch = ref.mid(ackRef.size()).toInt(&isNumber);
+    if (!isNumber || batch < m_awaited.constFirst().batch || batch > m_batch)
+        return; // not one of this run's echoes
+    while (!m_awaited.isEmpty() && m_awaited.constFirst().batch <= batch)
+        m_confirmed = m_awaited.takeFirst().end;
+    emit progress(m_confirmed, m_items.size());
+    if (m_confirmed >= m_items.size())
+        finish(Result::Done);
+    else if (m_cancelled && m_awaited.isEmpty())
+        finish(Result::Cancelled);
+    else
+        sendBatch();
+}
+
+void DeviceSender::lost(const QString &reason)
+{
+    if (m_running)
+        finish(Result::Lost, reason);
+}
+
+void DeviceSender::finish(Result::Outcome outcome, const QString &reason)
+{
+    if (!m_running)
+        return;
+    m_running = false;
+    m_timer.stop();
+    Result result;
+    result.outcome = outcome;
+    result.reason = reason;
+    for (qsizetype i = 0; i < m_items.size(); ++i) {
+        const qsizetype line = m_items.at(i).line;
+        (i < m_confirmed ? result.written : i < m_sent ? result.unconfirmed : result.unsent).append(line);
+    }
+    if (outcome == Result::Lost)
+        qCWarning(lcBulk) << "connection lost while sending:" << reason << "-" << m_confirmed << "confirmed,"
+                          << m_sent - m_confirmed << "unconfirmed," << m_items.size() - m_sent << "not sent";
+    m_awaited.clear();
+    emit finished(result);
+}
+
+QString DeviceSender::Result::report() const
+{
+    QStringList parts;
+    switch (outcome) {
+    case Done:
+        return Translate({}, u"All <1> rows were written."_s, QString::number(written.size()));
+    case Cancelled:
+        parts.append(Translate(u"Cancelled."_s));
+        break;
+    case Lost:
+        parts.append(Translate({}, u"The connection to the server was lost: <1>."_s, reason));
+        break;
+    }
+    parts.append(written.isEmpty() ? Translate(u"No row was written."_s)
+                                   : Translate({}, u"Written: lines <1>."_s, lineRanges(written)));
+    if (!unconfirmed.isEmpty())
+        parts.append(Translate({}, u"Sent but not confirmed (they may or may not be stored): lines <1>."_s,
+                               lineRanges(unconfirmed)));
+    if (!unsent.isEmpty())
+        parts.append(Translate({}, u"Not written: lines <1>."_s, lineRanges(unsent)));
+    if (!unconfirmed.isEmpty() || !unsent.isEmpty())
+        parts.append(Translate(u"Run the same import again to finish: rows already stored then show as unchanged."_s));
+    return parts.join(u'\n');
+}
+
+QString lineRanges(QList<qsizetype> lines)
+{
+    std::sort(lines.begin(), lines.end());
+    QStringList ranges;
+    for (qsizetype i = 0; i < lines.size();) {
+        qsizetype j = i;
+        while (j + 1 < lines.size() && lines.at(j + 1) == lines.at(j) + 1)
+            ++j;
+        ranges.append(j == i ? QString::number(lines.at(i))
+                             : QString::number(lines.at(i)) + u'-' + QString::number(lines.at(j)));
+        i = j + 1;
+    }
+    return ranges.join(u", "_s);
+}
