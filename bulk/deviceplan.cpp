@@ -118,9 +118,9 @@ QString newDeviceCommand(const DeviceSheet::Row &row)
             }
             continue;
         }
-        if (c->holds == Holds::Flag)
+        if (c->holds == Holds::Flag) // a check box writes a number, as the window's boxes do
             AddVar(fields, c->tag,
-                   given.trimmed().isEmpty() ? flagValue(getText(defaults, c->tag)) : flagValue(given));
+                   (given.trimmed().isEmpty() ? flagValue(getText(defaults, c->tag)) : flagValue(given)).toInt());
         else
             AddVar(fields, c->tag, DeviceSheet::stored(*c, given));
     }
@@ -174,8 +174,9 @@ Plan make(const DeviceSheet::Sheet &sheet, const DeviceSheet::Table &server)
             if (!row.values.contains(c->tag) || !keeps(*c, kind))
                 continue;
             const QString given = row.values.value(c->tag);
-            if (c->holds == Holds::Kind && given.isEmpty())
-                continue; // no kind given: the device keeps its own
+            // No kind or flag given: the device keeps its own (a new one takes a new device's).
+            if ((c->holds == Holds::Kind || c->holds == Holds::Flag) && given.trimmed().isEmpty())
+                continue;
             QString before = serverValue(device, c->tag);
             if (c->holds == Holds::Flag)
                 before = flagValue(before);
@@ -185,8 +186,12 @@ Plan make(const DeviceSheet::Sheet &sheet, const DeviceSheet::Table &server)
             if (after == before)
                 continue;
             entry.changes.append({c->tag, before, after});
-            // An emptied field is written empty, so that the server forgets its value.
-            AddVar(fields, c->tag, after, true);
+            // An emptied field is written empty, so that the server forgets its value; a flag is a
+            // number, as the window's check boxes write it.
+            if (c->holds == Holds::Flag)
+                AddVar(fields, c->tag, after.toInt());
+            else
+                AddVar(fields, c->tag, after, true);
         }
         if (row.values.contains(u"Name"_s)) {
             // An edit stores the name without "#", as the device window does.

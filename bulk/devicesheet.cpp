@@ -210,6 +210,7 @@ Sheet check(const QList<QStringList> &records, const QList<qsizetype> &lines)
             if (severity == Finding::Error)
                 row.rejected = true;
         };
+        row.ext = DeviceRecord::cutNumber(fields.value(extColumn));
         if (fields.size() != header.size()) {
             find(Finding::Error, Translate({}, u"Line <1>: <2>."_s, line,
                                            Translate({}, u"<1> fields where the title row names <2>"_s,

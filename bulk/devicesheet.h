@@ -15,7 +15,8 @@ namespace DeviceSheet {
 // The device kinds a column is kept for, as bits of the kind index (EXT, AGENT, SPEED, TRUNK).
 enum Kinds : int { Extension = 1, Agent = 2, SpeedDial = 4, Trunk = 8, Phones = Extension | Agent, AllKinds = 15 };
 
-// What a column holds: the device number, the kind, a flag ("1" or "0", empty read as "0"), or text.
+// What a column holds: the device number, the kind, a flag ("1" or "0"; left empty, a device keeps
+// its own and a new one takes a new device's), or text (left empty, the field is emptied).
 enum class Holds { Number, Kind, Flag, Text };
 
 struct Column

@@ -330,12 +330,13 @@ QString DeviceSender::Result::report() const
     QStringList parts;
     switch (outcome) {
     case Done:
-        return Translate({}, u"All <1> rows were written."_s, QString::number(written.size()));
+        return written.size() == 1 ? Translate(u"The row was written."_s)
+                                   : Translate({}, u"All <1> rows were written."_s, QString::number(written.size()));
     case Cancelled:
         parts.append(Translate(u"Cancelled."_s));
         break;
     case Lost:
-        parts.append(Translate({}, u"The connection to the server was lost: <1>."_s, reason));
+        parts.append(Translate({}, u"The import stopped: <1>."_s, reason));
         break;
     }
     parts.append(written.isEmpty() ? Translate(u"No row was written."_s)

@@ -101,6 +101,9 @@ public:
     // Stores a new record in table: "{Cmd=SetFields}{Table=...}" with Fields and Id -1.
     void create(const QString &table, const QString &fields) { link.SendCommand(setFieldsCommand(table, fields)); }
 
+    // The server process itself (to stop or kill it under a live session).
+    ServerProcess &server() { return m_server; }
+
     RecordingRelay relay;
     usrSession session;
     ServerLink link{session};
