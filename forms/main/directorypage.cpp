@@ -4,6 +4,8 @@
 #include "buttonrow.h"
 #include "directorymodel.h"
 #include "errorlog.h"
+#include "frmExport.h"
+#include "frmImport.h"
 #include "guarded.h"
 #include "propertywindows.h"
 #include "serverlink.h"
@@ -70,6 +72,16 @@ DirectoryPage::DirectoryPage(ServerLink &link, PropertyWindows &windows, QWidget
     m_buttons = new ButtonRow(u"DButton"_s, {u"&Add..."_s, u"&Edit..."_s, u"&Remove"_s}, this, clickLabel,
                               [this](int index) { DButton_Click(index); });
     m_buttons->bindKeys(m_list, EditButton, RemoveButton);
+    // Export and Import join the row before its closing stretch.
+    const std::pair<QString, void (DirectoryPage::*)()> transfers[]{
+        {u"Export"_s, &DirectoryPage::Export_Click}, {u"Import"_s, &DirectoryPage::Import_Click}};
+    for (const auto &[name, handler] : transfers) {
+        auto *button = new QPushButton(Translate(name + u"..."_s), this);
+        button->setObjectName(name);
+        button->setAutoDefault(true);
+        connectGuarded(button, &QPushButton::clicked, this, u" @ frmMain."_s + name + u"_Click"_s, handler);
+        m_buttons->layout()->insertWidget(m_buttons->layout()->count() - 1, button);
+    }
 
     auto *layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
@@ -134,6 +146,41 @@ void DirectoryPage::DButton_Click(int index)
     default:
         break;
     }
+}
+
+QStringList DirectoryPage::listedIds() const
+{
+    QStringList ids;
+    ids.reserve(m_proxy->rowCount());
+    for (int row = 0; row < m_proxy->rowCount(); ++row)
+        ids.append(m_model->entry(m_proxy->mapToSource(m_proxy->index(row, 0)).row()).id);
+    return ids;
+}
+
+void DirectoryPage::Export_Click()
+{
+    // The listed devices are taken now: the page may be filtered otherwise while the window is open.
+    if (!m_export) {
+        m_export = new frmExport(m_link, listedIds(), window());
+        m_export->setAttribute(Qt::WA_DeleteOnClose);
+    }
+    m_export->show();
+    m_export->raise();
+    m_export->activateWindow();
+}
+
+void DirectoryPage::Import_Click()
+{
+    if (m_import) {
+        m_import->show();
+        m_import->raise();
+        m_import->activateWindow();
+        return;
+    }
+    m_import = new frmImport(m_link, window());
+    m_import->setAttribute(Qt::WA_DeleteOnClose);
+    m_import->show();
+    m_import->Browse_Click();
 }
 
 void DirectoryPage::openDevices(const QString &idText)

@@ -1,8 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The Directory page of the main window: the device list List with its quick filter and the
-// DButton commands (add, edit, remove).
+// The Directory page of the main window: the device list List with its quick filter, the
+// DButton commands (add, edit, remove), and Export and Import of devices as CSV files.
 #pragma once
 
+#include <QPointer>
 #include <QStringList>
 #include <QWidget>
 
@@ -14,6 +15,8 @@ class QLineEdit;
 class QPushButton;
 class QTreeView;
 class ServerLink;
+class frmExport;
+class frmImport;
 
 class DirectoryPage : public QWidget
 {
@@ -34,6 +37,11 @@ public:
 
     // 0 add, 1 edit, 2 remove.
     void DButton_Click(int index);
+    // Open the Export and Import windows (one of each; a second click brings it to the front).
+    void Export_Click();
+    void Import_Click();
+    // The ids of the devices the list shows now (after the quick filter), in its order.
+    QStringList listedIds() const;
 
     QTreeView *list() const { return m_list; }
     QLineEdit *filterEdit() const { return m_filter; }
@@ -58,4 +66,6 @@ private:
     QLineEdit *m_filter;
     QTreeView *m_list;
     ButtonRow *m_buttons = nullptr;
+    QPointer<frmExport> m_export;
+    QPointer<frmImport> m_import;
 };

@@ -1199,6 +1199,374 @@
         <source>Initial script</source>
         <translation>Startskript</translation>
     </message>
+    <message>
+        <source>Export...</source>
+        <translation>Exportieren...</translation>
+    </message>
+    <message>
+        <source>Import...</source>
+        <translation>Importieren...</translation>
+    </message>
+    <message>
+        <source>Export Devices</source>
+        <translation>Geräte exportieren</translation>
+    </message>
+    <message>
+        <source>&amp;Fields to write:</source>
+        <translation>Zu schreibende &amp;Felder:</translation>
+    </message>
+    <message>
+        <source>The file will hold the devices&apos; passwords as plain text: keep it where only administrators can read it.</source>
+        <translation>Die Datei enthält die Kennwörter der Geräte im Klartext: Bewahren Sie sie so auf, dass nur Administratoren sie lesen können.</translation>
+    </message>
+    <message>
+        <source>Devices</source>
+        <translation>Geräte</translation>
+    </message>
+    <message>
+        <source>Only the listed devices</source>
+        <translation>Nur die aufgeführten Geräte</translation>
+    </message>
+    <message>
+        <source>All devices</source>
+        <translation>Alle Geräte</translation>
+    </message>
+    <message>
+        <source>&amp;Export...</source>
+        <translation>&amp;Exportieren...</translation>
+    </message>
+    <message>
+        <source>Only the &lt;1&gt; devices listed on the page</source>
+        <translation>Nur die &lt;1&gt; auf der Seite aufgeführten Geräte</translation>
+    </message>
+    <message>
+        <source>&lt;1&gt; (holds passwords)</source>
+        <translation>&lt;1&gt; (enthält Kennwörter)</translation>
+    </message>
+    <message>
+        <source>CSV files (*.csv)</source>
+        <translation>CSV-Dateien (*.csv)</translation>
+    </message>
+    <message>
+        <source>The file &quot;&lt;1&gt;&quot; cannot be written: &lt;2&gt;</source>
+        <translation>Die Datei „&lt;1&gt;“ kann nicht geschrieben werden: &lt;2&gt;</translation>
+    </message>
+    <message>
+        <source>Reading the devices from the server...</source>
+        <translation>Die Geräte werden vom Server gelesen...</translation>
+    </message>
+    <message>
+        <source>Cancelled: no file was written.</source>
+        <translation>Abgebrochen: Es wurde keine Datei geschrieben.</translation>
+    </message>
+    <message>
+        <source>No file was written.</source>
+        <translation>Es wurde keine Datei geschrieben.</translation>
+    </message>
+    <message>
+        <source>&lt;1&gt; written to &quot;&lt;2&gt;&quot;.</source>
+        <translation>&lt;1&gt; in „&lt;2&gt;“ geschrieben.</translation>
+    </message>
+    <message>
+        <source>device</source>
+        <translation>Gerät</translation>
+    </message>
+    <message>
+        <source>devices</source>
+        <translation>Geräte</translation>
+    </message>
+    <message>
+        <source>Close</source>
+        <translation>Schließen</translation>
+    </message>
+    <message>
+        <source>Import Devices</source>
+        <translation>Geräte importieren</translation>
+    </message>
+    <message>
+        <source>File:</source>
+        <translation>Datei:</translation>
+    </message>
+    <message>
+        <source>&amp;Choose...</source>
+        <translation>&amp;Auswählen...</translation>
+    </message>
+    <message>
+        <source>&amp;Show:</source>
+        <translation>&amp;Anzeigen:</translation>
+    </message>
+    <message>
+        <source>Findings in the file:</source>
+        <translation>Befunde in der Datei:</translation>
+    </message>
+    <message>
+        <source>Import the other rows and leave out the rejected ones</source>
+        <translation>Die übrigen Zeilen importieren und die abgelehnten auslassen</translation>
+    </message>
+    <message>
+        <source>&amp;Import</source>
+        <translation>&amp;Importieren</translation>
+    </message>
+    <message>
+        <source>All rows</source>
+        <translation>Alle Zeilen</translation>
+    </message>
+    <message>
+        <source>New devices</source>
+        <translation>Neue Geräte</translation>
+    </message>
+    <message>
+        <source>Changed devices</source>
+        <translation>Geänderte Geräte</translation>
+    </message>
+    <message>
+        <source>Rejected rows</source>
+        <translation>Abgelehnte Zeilen</translation>
+    </message>
+    <message>
+        <source>All files (*)</source>
+        <translation>Alle Dateien (*)</translation>
+    </message>
+    <message>
+        <source>Choose a CSV file of devices: its first row names the fields.</source>
+        <translation>Wählen Sie eine CSV-Datei mit Geräten: Ihre erste Zeile nennt die Felder.</translation>
+    </message>
+    <message>
+        <source>Nothing was sent.</source>
+        <translation>Es wurde nichts gesendet.</translation>
+    </message>
+    <message>
+        <source>Nothing to import: every row is unchanged or rejected.</source>
+        <translation>Nichts zu importieren: Jede Zeile ist unverändert oder abgelehnt.</translation>
+    </message>
+    <message>
+        <source>Nothing is sent before you press Import. Rejected rows are never sent; tick the box above to import the other rows without them.</source>
+        <translation>Erst „Importieren“ sendet etwas. Abgelehnte Zeilen werden nie gesendet; kreuzen Sie das Feld oben an, um die übrigen Zeilen ohne sie zu importieren.</translation>
+    </message>
+    <message>
+        <source>Nothing is sent before you press Import.</source>
+        <translation>Erst „Importieren“ sendet etwas.</translation>
+    </message>
+    <message>
+        <source>Sending: &lt;1&gt;...</source>
+        <translation>Senden: &lt;1&gt;...</translation>
+    </message>
+    <message>
+        <source>row</source>
+        <translation>Zeile</translation>
+    </message>
+    <message>
+        <source>rows</source>
+        <translation>Zeilen</translation>
+    </message>
+    <message>
+        <source>Cancelling: waiting for the server to confirm the rows already sent...</source>
+        <translation>Abbrechen: Warten, bis der Server die schon gesendeten Zeilen bestätigt...</translation>
+    </message>
+    <message>
+        <source>Warning: &lt;1&gt;</source>
+        <translation>Warnung: &lt;1&gt;</translation>
+    </message>
+    <message>
+        <source>Error: &lt;1&gt;</source>
+        <translation>Fehler: &lt;1&gt;</translation>
+    </message>
+    <message>
+        <source>Line</source>
+        <translation>Zeile</translation>
+    </message>
+    <message>
+        <source>Action</source>
+        <translation>Aktion</translation>
+    </message>
+    <message>
+        <source>Details</source>
+        <translation>Details</translation>
+    </message>
+    <message>
+        <source>&lt;1&gt; new, &lt;2&gt; changed</source>
+        <translation>&lt;1&gt; neu, &lt;2&gt; geändert</translation>
+    </message>
+    <message>
+        <source>&lt;1&gt; unchanged, &lt;2&gt; rejected</source>
+        <translation>&lt;1&gt; unverändert, &lt;2&gt; abgelehnt</translation>
+    </message>
+    <message>
+        <source>&lt;1&gt;: changed</source>
+        <translation>&lt;1&gt;: geändert</translation>
+    </message>
+    <message>
+        <source>(empty)</source>
+        <translation>(leer)</translation>
+    </message>
+    <message>
+        <source>new</source>
+        <translation>neu</translation>
+    </message>
+    <message>
+        <source>changed</source>
+        <translation>geändert</translation>
+    </message>
+    <message>
+        <source>unchanged</source>
+        <translation>unverändert</translation>
+    </message>
+    <message>
+        <source>rejected</source>
+        <translation>abgelehnt</translation>
+    </message>
+    <message>
+        <source>The file &quot;&lt;1&gt;&quot; does not exist.</source>
+        <translation>Die Datei „&lt;1&gt;“ gibt es nicht.</translation>
+    </message>
+    <message>
+        <source>The file &quot;&lt;1&gt;&quot; could not be read.</source>
+        <translation>Die Datei „&lt;1&gt;“ konnte nicht gelesen werden.</translation>
+    </message>
+    <message>
+        <source>The file &quot;&lt;1&gt;&quot; is empty.</source>
+        <translation>Die Datei „&lt;1&gt;“ ist leer.</translation>
+    </message>
+    <message>
+        <source>The file &quot;&lt;1&gt;&quot; is not UTF-8 text. Save it from the spreadsheet as &quot;CSV UTF-8&quot;.</source>
+        <translation>Die Datei „&lt;1&gt;“ ist kein UTF-8-Text. Speichern Sie sie in der Tabellenkalkulation als „CSV UTF-8“.</translation>
+    </message>
+    <message>
+        <source>The file &quot;&lt;1&gt;&quot; is larger than &lt;2&gt; MB.</source>
+        <translation>Die Datei „&lt;1&gt;“ ist größer als &lt;2&gt; MB.</translation>
+    </message>
+    <message>
+        <source>The file holds no title row.</source>
+        <translation>Die Datei enthält keine Titelzeile.</translation>
+    </message>
+    <message>
+        <source>Line &lt;1&gt;: the column &lt;2&gt; is named twice.</source>
+        <translation>Zeile &lt;1&gt;: Die Spalte &lt;2&gt; ist zweimal genannt.</translation>
+    </message>
+    <message>
+        <source>Line &lt;1&gt;: &lt;2&gt; is not a device field.</source>
+        <translation>Zeile &lt;1&gt;: &lt;2&gt; ist kein Gerätefeld.</translation>
+    </message>
+    <message>
+        <source>Line &lt;1&gt;: the title row has no Ext column; every device needs its number.</source>
+        <translation>Zeile &lt;1&gt;: Die Titelzeile hat keine Spalte Ext; jedes Gerät braucht seine Nummer.</translation>
+    </message>
+    <message>
+        <source>Line &lt;1&gt;: &lt;2&gt;.</source>
+        <translation>Zeile &lt;1&gt;: &lt;2&gt;.</translation>
+    </message>
+    <message>
+        <source>&lt;1&gt; fields where the title row names &lt;2&gt;</source>
+        <translation>&lt;1&gt; Felder, wo die Titelzeile &lt;2&gt; nennt</translation>
+    </message>
+    <message>
+        <source>Line &lt;1&gt;: no Ext.</source>
+        <translation>Zeile &lt;1&gt;: Ext fehlt.</translation>
+    </message>
+    <message>
+        <source>Line &lt;1&gt;: Ext &lt;2&gt; is a range; give each device a line of its own.</source>
+        <translation>Zeile &lt;1&gt;: Ext &lt;2&gt; ist ein Bereich; geben Sie jedem Gerät eine eigene Zeile.</translation>
+    </message>
+    <message>
+        <source>Line &lt;1&gt;: Ext is cut to 15 characters: &lt;2&gt;.</source>
+        <translation>Zeile &lt;1&gt;: Ext wird auf 15 Zeichen gekürzt: &lt;2&gt;.</translation>
+    </message>
+    <message>
+        <source>Line &lt;1&gt;: Type &lt;2&gt; is not one of EXT, AGENT, SPEED or TRUNK.</source>
+        <translation>Zeile &lt;1&gt;: Type &lt;2&gt; ist weder EXT noch AGENT, SPEED oder TRUNK.</translation>
+    </message>
+    <message>
+        <source>&lt;1&gt; is 0 or 1, not &quot;&lt;2&gt;&quot;</source>
+        <translation>&lt;1&gt; ist 0 oder 1, nicht „&lt;2&gt;“</translation>
+    </message>
+    <message>
+        <source>&lt;1&gt; is cut to &lt;2&gt; characters</source>
+        <translation>&lt;1&gt; wird auf &lt;2&gt; Zeichen gekürzt</translation>
+    </message>
+    <message>
+        <source>a &lt;1&gt; keeps no &lt;2&gt;; it is left out</source>
+        <translation>Typ &lt;1&gt; speichert kein &lt;2&gt;; es wird ausgelassen</translation>
+    </message>
+    <message>
+        <source>Line &lt;1&gt;: Ext &lt;2&gt; is on an earlier line as well.</source>
+        <translation>Zeile &lt;1&gt;: Ext &lt;2&gt; steht auch in einer früheren Zeile.</translation>
+    </message>
+    <message>
+        <source>Line &lt;1&gt;: Ext &lt;2&gt; is on a later line as well.</source>
+        <translation>Zeile &lt;1&gt;: Ext &lt;2&gt; steht auch in einer späteren Zeile.</translation>
+    </message>
+    <message>
+        <source>logged out</source>
+        <translation>abgemeldet</translation>
+    </message>
+    <message>
+        <source>the connection to the server was lost</source>
+        <translation>die Verbindung zum Server ist abgebrochen</translation>
+    </message>
+    <message>
+        <source>The server did not answer the read of the devices in time.</source>
+        <translation>Der Server hat auf das Lesen der Geräte nicht rechtzeitig geantwortet.</translation>
+    </message>
+    <message>
+        <source>The devices could not be read: &lt;1&gt;.</source>
+        <translation>Die Geräte konnten nicht gelesen werden: &lt;1&gt;.</translation>
+    </message>
+    <message>
+        <source>The devices could not be read: there is no connection to the server.</source>
+        <translation>Die Geräte konnten nicht gelesen werden: Es besteht keine Verbindung zum Server.</translation>
+    </message>
+    <message>
+        <source>the server did not confirm the writes in time</source>
+        <translation>der Server hat das Schreiben nicht rechtzeitig bestätigt</translation>
+    </message>
+    <message>
+        <source>there is no connection to the server</source>
+        <translation>es besteht keine Verbindung zum Server</translation>
+    </message>
+    <message>
+        <source>All &lt;1&gt; rows were written.</source>
+        <translation>Alle &lt;1&gt; Zeilen wurden geschrieben.</translation>
+    </message>
+    <message>
+        <source>Cancelled.</source>
+        <translation>Abgebrochen.</translation>
+    </message>
+    <message>
+        <source>The import stopped: &lt;1&gt;.</source>
+        <translation>Der Import wurde angehalten: &lt;1&gt;.</translation>
+    </message>
+    <message>
+        <source>The row was written.</source>
+        <translation>Die Zeile wurde geschrieben.</translation>
+    </message>
+    <message>
+        <source>No row was written.</source>
+        <translation>Keine Zeile wurde geschrieben.</translation>
+    </message>
+    <message>
+        <source>Written: lines &lt;1&gt;.</source>
+        <translation>Geschrieben: Zeilen &lt;1&gt;.</translation>
+    </message>
+    <message>
+        <source>Sent but not confirmed (they may or may not be stored): lines &lt;1&gt;.</source>
+        <translation>Gesendet, aber nicht bestätigt (vielleicht gespeichert, vielleicht nicht): Zeilen &lt;1&gt;.</translation>
+    </message>
+    <message>
+        <source>Not written: lines &lt;1&gt;.</source>
+        <translation>Nicht geschrieben: Zeilen &lt;1&gt;.</translation>
+    </message>
+    <message>
+        <source>Run the same import again to finish: rows already stored then show as unchanged.</source>
+        <translation>Starten Sie denselben Import noch einmal, um ihn abzuschließen: Schon gespeicherte Zeilen erscheinen dann als unverändert.</translation>
+    </message>
+    <message>
+        <source>Tick &amp;all</source>
+        <translation>&amp;Alle ankreuzen</translation>
+    </message>
+    <message>
+        <source>Tick &amp;none</source>
+        <translation>&amp;Keine ankreuzen</translation>
+    </message>
 </context>
 <context>
     <name>QSConfigKeys</name>
