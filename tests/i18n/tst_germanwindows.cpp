@@ -11,6 +11,8 @@
 #include "frmCmpProps.h"
 #include "frmCombo.h"
 #include "frmConfig.h"
+#include "frmExport.h"
+#include "frmImport.h"
 #include "frmRouting.h"
 #include "frmScript.h"
 #include "germancatalogue.h"
@@ -30,10 +32,14 @@
 #include <QFileDialog>
 #include <QGroupBox>
 #include <QLineEdit>
+#include <QListWidget>
 #include <QMenu>
 #include <QPlainTextEdit>
 #include <QPushButton>
+#include <QRadioButton>
 #include <QRegularExpression>
+#include <QTableView>
+#include <QTemporaryDir>
 #include <QTemporaryFile>
 #include <QTextBrowser>
 #include <QTimer>
@@ -402,6 +408,75 @@ private slots:
         QCOMPARE(asked.constLast(),
                  u"Der Server antwortet nicht (Der Server hat nicht rechtzeitig geantwortet.). "
                  u"Weiter versuchen, eine Verbindung herzustellen?"_s);
+    }
+
+    // The directory's Import window with a plan of new, changed, rejected and cut rows, before and
+    // after sending, and its Export window before and after writing a file: captions, filter,
+    // headings, states, changes, findings, summary and report.
+    void bulkWindowsShowGerman()
+    {
+        EnglishFinder finder;
+        QVERIFY(finder.catalogueRead());
+        QTemporaryDir files;
+        const QString sheet = files.filePath(u"geraete.csv"_s);
+        {
+            QFile file(sheet);
+            QVERIFY(file.open(QIODevice::WriteOnly));
+            file.write("Ext,Name,Type,Dept\r\n200,Ute Quill,,Reception\r\n9401,Neu Eins,EXT,Verkauf\r\n"
+                       "9402,Neu Zwei,PHONE,\r\n9403,Neu Drei,AGENT,Lager,Nord\r\n"
+                       "9404,Neuer Arbeitsplatz im Lager Nord,EXT,Lager\r\n");
+        }
+        frmImport::setFileChooser([&] { return sheet; });
+        DirectoryPage *directory = m_tool->window.directoryPage();
+        directory->findChild<QPushButton *>(u"Import"_s)->click();
+        auto *import = m_tool->window.findChild<frmImport *>();
+        QVERIFY(import);
+        QVERIFY(QTest::qWaitFor([&] { return import->step() == frmImport::Step::Planned; }, 20000));
+        const auto previewTexts = [&](const QString &where) {
+            const QAbstractItemModel *preview = import->findChild<QTableView *>(u"Preview"_s)->model();
+            QVERIFY(preview->rowCount() == 5);
+            for (int row = 0; row < preview->rowCount(); ++row) {
+                finder.check(where, preview->index(row, 2).data().toString());
+                finder.check(where, preview->index(row, 3).data().toString());
+            }
+            finder.check(where, import->findChild<QPlainTextEdit *>(u"Findings"_s)->toPlainText());
+        };
+        finder.window(import, u"frmImport"_s);
+        previewTexts(u"frmImport/Preview"_s);
+        import->findChild<QCheckBox *>(u"Partial"_s)->click();
+        import->findChild<QPushButton *>(u"Send"_s)->click();
+        QVERIFY(QTest::qWaitFor([&] { return import->step() == frmImport::Step::Sent; }, 20000));
+        finder.window(import, u"frmImport sent"_s);
+        QCOMPARE(import->findChild<QLabel *>(u"Status"_s)->text(), u"Alle 3 Zeilen wurden geschrieben."_s);
+        import->close();
+        frmImport::setFileChooser({});
+
+        const QString exported = files.filePath(u"export.csv"_s);
+        frmExport::setFileChooser([&] { return exported; });
+        directory->findChild<QPushButton *>(u"Export"_s)->click();
+        auto *exportWindow = m_tool->window.findChild<frmExport *>();
+        QVERIFY(exportWindow);
+        // The fields are named as the file's title row names them; the passwords' entry says what
+        // it holds, and ticking it shows the note about them.
+        auto *fields = exportWindow->findChild<QListWidget *>(u"Fields"_s);
+        for (int row = 0; row < fields->count(); ++row) {
+            if (fields->item(row)->text().startsWith(u"Password "_s)) {
+                fields->item(row)->setCheckState(Qt::Checked);
+                finder.check(u"frmExport/Fields"_s, fields->item(row)->text());
+            }
+        }
+        QVERIFY(!exportWindow->findChild<QLabel *>(u"PasswordNote"_s)->isHidden());
+        finder.window(exportWindow, u"frmExport"_s);
+        exportWindow->findChild<QRadioButton *>(u"AllDevices"_s)->click();
+        exportWindow->findChild<QPushButton *>(u"OK"_s)->click();
+        auto *status = exportWindow->findChild<QLabel *>(u"Status"_s);
+        QVERIFY(QTest::qWaitFor([&] { return status->text().endsWith(u"geschrieben."_s); }, 20000));
+        // The file's name aside: a temporary folder's name may hold any letters.
+        finder.check(u"frmExport/Status"_s, QString(status->text()).remove(exported));
+        finder.check(u"frmExport/Cancel"_s, exportWindow->findChild<QPushButton *>(u"Cancel"_s)->text());
+        exportWindow->close();
+        frmExport::setFileChooser({});
+        verifyGerman(finder);
     }
 };
 
