@@ -52,7 +52,7 @@ QList<Column> makeColumns()
 
 QString kindName(int kindIndex)
 {
-    return Translate(DeviceRecord::kindWords().value(kindIndex)).toLower();
+    return Translate(DeviceRecord::kindWords().value(kindIndex));
 }
 
 QString failureText(Csv::Failure failure, const QString &path, qint64 maxFileSize)
@@ -260,7 +260,7 @@ Sheet check(const QList<QStringList> &records, const QList<qsizetype> &lines)
             if (kind >= 0 && !value.trimmed().isEmpty() && !(c->kinds & (1 << kind)))
                 find(Finding::Warning,
                      Translate({}, u"Line <1>: <2>."_s, line,
-                               Translate({}, u"a <1> keeps no <2>; it is left out"_s, kindName(kind), c->tag)));
+                               Translate({}, u"<1> is not kept for the kind <2>; it is left out"_s, c->tag, kindName(kind))));
         }
 
         if (!row.ext.isEmpty()) {

@@ -85,6 +85,10 @@ const QList<ControlTip> &controlTips()
         {u"DButton_1"_s, u"QS034"_s,
          u"Click this button to edit the properties of the selected extension."_s},
         {u"DButton_2"_s, u"QS035"_s, u"Click this button to remove the selected extension."_s},
+        // The bulk buttons have no key of their own: their texts are translated as they stand.
+        {u"Export"_s, {}, u"Click this button to save the listed devices, or all of them, to a CSV file."_s},
+        {u"Import"_s, {},
+         u"Click this button to add or change devices from a CSV file; every change is shown before anything is sent."_s},
         {u"OK"_s, u"QS036"_s, u"Click this button to save changes and exit Configuration."_s},
         {u"sArea"_s, u"QS037"_s, u"Enter the area code of the city your telephone system is in."_s},
         {u"Scripts"_s, u"QS038"_s, u"List of the installed QuillPhone scripts"_s},

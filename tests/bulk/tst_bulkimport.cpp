@@ -202,7 +202,7 @@ private slots:
                                   "{CanDial(N1)=0}{Name(S8)=New lead}}{Id(S%1)=%2}"_s.arg(id.size()).arg(id));
         QCOMPARE(plan.entries.at(1).state, DevicePlan::State::Unchanged);
         QCOMPARE(plan.entries.at(3).state, DevicePlan::State::New);
-        QCOMPARE(plan.entries.at(3).reasons, QStringList{u"Line 5: a trunk keeps no DDI; it is left out."_s});
+        QCOMPARE(plan.entries.at(3).reasons, QStringList{u"Line 5: DDI is not kept for the kind Trunk; it is left out."_s});
         QCOMPARE(plan.entries.at(4).state, DevicePlan::State::Rejected);
 
         // The three commands go out as planned, each batch closed by an echo that confirms it.

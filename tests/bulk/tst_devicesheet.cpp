@@ -120,7 +120,7 @@ private slots:
                               u"Line 7: Type \"Phone\" is not one of EXT, AGENT, SPEED or TRUNK."_s,
                               u"Line 8: Ext 205 is on a later line as well."_s,
                               u"Line 9: Ext 205 is on an earlier line as well."_s,
-                              u"Line 10: a trunk keeps no DDI; it is left out."_s,
+                              u"Line 10: DDI is not kept for the kind Trunk; it is left out."_s,
                               u"Line 11: 8 fields where the title row names 7."_s,
                               u"Line 12: Ext 300-310 is a range; give each device a line of its own."_s}));
         QVERIFY(!findingTexts(sheet).join(u'\n').contains(u"hunter2"_s));

@@ -180,7 +180,7 @@ void MainWindowTest::pagesAndControlsShowTheirTips()
     auto *voiceMail = tool.control<QComboBox>(u"sVMType"_s);
     voiceMail->setCurrentIndex(voiceMail->findText(u"VoxBox"_s));
 
-    QCOMPARE(Tips::controlTips().size(), 49);
+    QCOMPARE(Tips::controlTips().size(), 51);
     for (const ControlTip &entry : Tips::controlTips()) {
         const QStringList system = shownBy.value(entry.control, {u"SIEMENS"_s, u"Tcp/Ip"_s});
         const QString tip =

@@ -4,6 +4,14 @@
 <context>
     <name>QSConfig</name>
     <message>
+        <source>Click this button to save the listed devices, or all of them, to a CSV file.</source>
+        <translation>Klicken Sie auf diese Schaltfläche, um die angezeigten oder alle Geräte in einer CSV-Datei zu speichern.</translation>
+    </message>
+    <message>
+        <source>Click this button to add or change devices from a CSV file; every change is shown before anything is sent.</source>
+        <translation>Klicken Sie auf diese Schaltfläche, um Geräte aus einer CSV-Datei anzulegen oder zu ändern; jede Änderung wird angezeigt, bevor etwas gesendet wird.</translation>
+    </message>
+    <message>
         <source>Configuration</source>
         <translation>Konfiguration</translation>
     </message>
@@ -1484,8 +1492,8 @@
         <translation>&lt;1&gt; wird auf &lt;2&gt; Zeichen gekürzt</translation>
     </message>
     <message>
-        <source>a &lt;1&gt; keeps no &lt;2&gt;; it is left out</source>
-        <translation>Typ &lt;1&gt; speichert kein &lt;2&gt;; es wird ausgelassen</translation>
+        <source>&lt;1&gt; is not kept for the kind &lt;2&gt;; it is left out</source>
+        <translation>&lt;1&gt; wird beim Typ &lt;2&gt; nicht gespeichert und daher ausgelassen</translation>
     </message>
     <message>
         <source>Line &lt;1&gt;: Ext &lt;2&gt; is on an earlier line as well.</source>
