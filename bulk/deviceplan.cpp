@@ -43,6 +43,25 @@ QString flagValue(const QString &value)
     return value.trimmed() == u"1"_s ? u"1"_s : u"0"_s;
 }
 
+// The values of a new device's defaults that an import writes, read once: flags and buttons.
+const QHash<QString, QString> &newDeviceDefaults()
+{
+    static const QHash<QString, QString> values = [] {
+        const QString defaults = DeviceRecord::defaults();
+        QHash<QString, QString> read;
+        QStringList tags{u"Buttons"_s};
+        for (int button = 0; button <= 8; ++button)
+            tags.append(u"btn"_s + QString::number(button));
+        for (const Column &c : DeviceSheet::columns())
+            if (c.holds == Holds::Flag)
+                tags.append(c.tag);
+        for (const QString &tag : tags)
+            read.insert(tag, getText(defaults, tag));
+        return read;
+    }();
+    return values;
+}
+
 QStringList reasonsOf(const DeviceSheet::Sheet &sheet, qsizetype line)
 {
     QStringList reasons;
@@ -96,7 +115,7 @@ QStringList fieldsToRead(const DeviceSheet::Sheet &sheet)
 
 QString newDeviceCommand(const DeviceSheet::Row &row)
 {
-    const QString defaults = DeviceRecord::defaults();
+    const QHash<QString, QString> &defaults = newDeviceDefaults();
     const QString typed = row.values.value(u"Type"_s);
     const QString kind = typed.isEmpty() ? DeviceRecord::kinds().constFirst() : typed;
     const int kindIndex = DeviceSheet::kindIndex(kind);
@@ -111,16 +130,16 @@ QString newDeviceCommand(const DeviceSheet::Row &row)
             // The Address Books page: new contacts go to the directory unless the row names a book;
             // then the Buttons page with a new device's buttons.
             AddVar(fields, c->tag, given.isEmpty() ? u"(Directory)"_s : given);
-            AddVar(fields, u"Buttons"_s, getText(defaults, u"Buttons"_s));
+            AddVar(fields, u"Buttons"_s, defaults.value(u"Buttons"_s));
             for (int button = 0; button <= 8; ++button) {
                 const QString name = u"btn"_s + QString::number(button);
-                AddVar(fields, name, getText(defaults, name));
+                AddVar(fields, name, defaults.value(name));
             }
             continue;
         }
         if (c->holds == Holds::Flag) // a check box writes a number, as the window's boxes do
             AddVar(fields, c->tag,
-                   (given.trimmed().isEmpty() ? flagValue(getText(defaults, c->tag)) : flagValue(given)).toInt());
+                   (given.trimmed().isEmpty() ? flagValue(defaults.value(c->tag)) : flagValue(given)).toInt());
         else
             AddVar(fields, c->tag, DeviceSheet::stored(*c, given));
     }

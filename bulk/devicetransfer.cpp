@@ -20,15 +20,16 @@ const QString readRef = u"BULK-READ-"_s;
 const QString ackRef = u"BULK-ACK-"_s;
 
 // What one field of one device adds to a list reply, in characters, as a guess that errs high:
-// the entry around the value and a value as long as the field keeps (or a generous line of text).
+// "{Tag(S25)=" and "}" around a value as long as the field keeps (or a generous line of text for a
+// field without a limit).
 qsizetype fieldEstimate(const QString &tag)
 {
     const DeviceSheet::Column *column = DeviceSheet::column(tag);
     const qsizetype value = !column ? 64
                             : column->holds == DeviceSheet::Holds::Flag ? 1
                             : column->cut > 0                           ? column->cut
-                                                                        : 64;
-    return tag.size() + 10 + value;
+                                                                        : 40;
+    return tag.size() + 8 + value;
 }
 
 // The most characters one list reply should carry, by the estimates below (which err high): under
@@ -43,12 +44,15 @@ bool readAlone(const QString &tag)
     return tag.compare(u"Notes"_s, Qt::CaseInsensitive) == 0 || tag.compare(u"AbsenceText"_s, Qt::CaseInsensitive) == 0;
 }
 
-QString listCommand(const QString &ref, const QStringList &fields)
+// A list read of fields. Only the first read is sorted (by number: the order an export writes);
+// the later ones are matched to it by Id, and sorting 100,000 rows again costs the server time.
+QString listCommand(const QString &ref, const QStringList &fields, bool sorted)
 {
     QString command = u"{Cmd=GetList}{Table=Exts}"_s;
     AddVar(command, u"Ref"_s, ref);
     AddVar(command, u"Fields"_s, fields.join(u','));
-    command += u"{Sort=Ext}"_s;
+    if (sorted)
+        command += u"{Sort=Ext}"_s;
     return command;
 }
 
@@ -122,7 +126,7 @@ void DeviceReader::start(const QStringList &fields)
         return;
     }
     m_awaiting = readRef + u'0';
-    m_channel.send(listCommand(m_awaiting, {u"Id"_s, u"Ext"_s, u"Type"_s}));
+    m_channel.send(listCommand(m_awaiting, {u"Id"_s, u"Ext"_s, u"Type"_s}, true));
     m_timer.start(m_timeoutMs);
 }
 
@@ -201,7 +205,7 @@ void DeviceReader::replyArrived(const QString &message)
 void DeviceReader::sendNext()
 {
     m_awaiting = readRef + QString::number(m_done);
-    m_channel.send(listCommand(m_awaiting, QStringList{u"Id"_s} + m_groups.at(m_done - 1)));
+    m_channel.send(listCommand(m_awaiting, QStringList{u"Id"_s} + m_groups.at(m_done - 1), false));
     m_timer.start(m_timeoutMs);
 }
 
