@@ -9,6 +9,8 @@
 #include <QLoggingCategory>
 
 #include <algorithm>
+#include <array>
+#include <cmath>
 
 using namespace Qt::StringLiterals;
 
@@ -32,16 +34,34 @@ qsizetype fieldEstimate(const QString &tag)
     return tag.size() + 8 + value;
 }
 
-// The most characters one list reply should carry, by the estimates below (which err high): under
-// the session's frame limit of 16 MiB even when one character in five takes three bytes in UTF-8.
-// Fewer, fuller replies are faster: every reply repeats each device's Id.
-constexpr qsizetype replyBudget = 10'000'000;
+// The most UTF-8 bytes one list reply should carry: under the session's frame limit of 16 MiB with
+// room for fields that run longer than the ones measured before them. Fewer, fuller replies are
+// faster: every reply repeats each device's Id.
+constexpr double replyBudget = 14'000'000;
 // What a list row costs besides its fields: "{List123456(S1234)=" and the device's Id entry.
 constexpr qsizetype rowOverhead = 40;
 // Fields of free text (notes, absence text) are read on their own.
 bool readAlone(const QString &tag)
 {
     return tag.compare(u"Notes"_s, Qt::CaseInsensitive) == 0 || tag.compare(u"AbsenceText"_s, Qt::CaseInsensitive) == 0;
+}
+
+// Flags and texts are grouped apart: each kind's measured size then applies to its own kind only.
+int sizeClass(const QString &tag)
+{
+    const DeviceSheet::Column *column = DeviceSheet::column(tag);
+    return column && column->holds == DeviceSheet::Holds::Flag ? 0 : 1;
+}
+
+qsizetype utf8Size(QStringView text)
+{
+    qsizetype bytes = text.size();
+    for (const QChar c : text) {
+        const char16_t unit = c.unicode();
+        if (unit >= 0x80)
+            bytes += (unit < 0x800 || c.isSurrogate()) ? 1 : 2; // a surrogate pair: 4 bytes for 2 units
+    }
+    return bytes;
 }
 
 // A list read of fields. Only the first read is sorted (by number: the order an export writes);
@@ -116,7 +136,9 @@ void DeviceReader::start(const QStringList &fields)
             m_wanted.append(name);
     }
     m_result.devices.fields += m_wanted;
-    m_groups.clear();
+    m_unread.clear();
+    m_group.clear();
+    m_scale = {0.0, 0.0};
     m_rowOfId.clear();
     m_done = 0;
     m_total = 1;
@@ -157,29 +179,15 @@ void DeviceReader::replyArrived(const QString &message)
             m_rowOfId.insert(values[0], devices.rows.size());
             devices.rows.append(values);
         }
-        // Group the other fields so that no reply comes near the frame limit.
-        const qsizetype count = qMax<qsizetype>(1, devices.rows.size());
-        QStringList group;
-        qsizetype groupCost = rowOverhead;
-        for (const QString &field : m_wanted) {
-            const qsizetype cost = fieldEstimate(field);
-            if (readAlone(field)) {
-                m_groups.append({field});
-                continue;
-            }
-            if (!group.isEmpty() && (groupCost + cost) * count > replyBudget) {
-                m_groups.append(group);
-                group.clear();
-                groupCost = rowOverhead;
-            }
-            group.append(field);
-            groupCost += cost;
-        }
-        if (!group.isEmpty())
-            m_groups.append(group);
-        m_total = 1 + int(m_groups.size());
+        m_unread = m_wanted;
     } else {
-        const QStringList &group = m_groups.at(m_done - 1);
+        // What this reply weighed against its estimate tells how big its kind of field really is.
+        const QStringList &group = m_group;
+        if (!readAlone(group.constFirst())) {
+            const double estimate = double(qMax<qsizetype>(1, devices.rows.size())) * groupEstimate(group);
+            double &scale = m_scale[size_t(sizeClass(group.constFirst()))];
+            scale = qMax(scale, double(utf8Size(message)) / estimate);
+        }
         QList<qsizetype> positions;
         for (const QString &field : group)
             positions.append(devices.indexOf(field));
@@ -194,18 +202,73 @@ void DeviceReader::replyArrived(const QString &message)
         }
     }
     ++m_done;
-    emit progress(m_done, m_total);
-    if (m_done >= m_total) {
+    if (m_unread.isEmpty()) {
+        emit progress(m_done, m_done);
         finish();
         return;
     }
+    packNext();
+    m_total = m_done + 1 + remainingReads();
+    emit progress(m_done, m_total);
     sendNext();
+}
+
+double DeviceReader::groupEstimate(const QStringList &group) const
+{
+    double cost = rowOverhead;
+    for (const QString &field : group)
+        cost += double(fieldEstimate(field));
+    return cost;
+}
+
+void DeviceReader::packNext()
+{
+    // Free text alone; otherwise the unread fields of the first one's kind, in order, as many as
+    // fit. Until a kind has been measured its estimates are trusted for a third of the budget.
+    m_group = {m_unread.takeFirst()};
+    if (readAlone(m_group.constFirst()))
+        return;
+    const int kind = sizeClass(m_group.constFirst());
+    const double measured = m_scale[size_t(kind)];
+    const double budget = measured > 0 ? replyBudget / measured : replyBudget / 3;
+    const double count = double(qMax<qsizetype>(1, m_result.devices.rows.size()));
+    for (qsizetype i = 0; i < m_unread.size();) {
+        const QString &field = m_unread.at(i);
+        if (readAlone(field) || sizeClass(field) != kind) {
+            ++i;
+            continue;
+        }
+        if ((groupEstimate(m_group) + double(fieldEstimate(field))) * count > budget)
+            break;
+        m_group.append(m_unread.takeAt(i));
+    }
+}
+
+int DeviceReader::remainingReads() const
+{
+    // A guess for the progress bar: the fields left, packed as the next read packs them.
+    const double count = double(qMax<qsizetype>(1, m_result.devices.rows.size()));
+    std::array<double, 2> cost{0, 0};
+    int alone = 0;
+    for (const QString &field : m_unread) {
+        if (readAlone(field))
+            ++alone;
+        else
+            cost[size_t(sizeClass(field))] += double(fieldEstimate(field));
+    }
+    int reads = alone;
+    for (size_t kind = 0; kind < 2; ++kind) {
+        const double scale = m_scale[kind] > 0 ? m_scale[kind] : 1.0;
+        if (cost[kind] > 0)
+            reads += int(std::ceil((cost[kind] + rowOverhead) * count * scale / replyBudget));
+    }
+    return reads;
 }
 
 void DeviceReader::sendNext()
 {
     m_awaiting = readRef + QString::number(m_done);
-    m_channel.send(listCommand(m_awaiting, QStringList{u"Id"_s} + m_groups.at(m_done - 1), false));
+    m_channel.send(listCommand(m_awaiting, QStringList{u"Id"_s} + m_group, false));
     m_timer.start(m_timeoutMs);
 }
 

@@ -12,6 +12,8 @@
 #include <QStringList>
 #include <QTimer>
 
+#include <array>
+
 class usrSession;
 
 // Where the bulk work's commands go and its replies come from. Replies are the frames whose Ref
@@ -74,6 +76,9 @@ signals:
     void finished(const DeviceReader::Result &result);
 
 private:
+    void packNext();
+    double groupEstimate(const QStringList &group) const;
+    int remainingReads() const;
     void sendNext();
     void replyArrived(const QString &message);
     void fail(const QString &error);
@@ -81,7 +86,11 @@ private:
 
     BulkChannel &m_channel;
     QStringList m_wanted;
-    QList<QStringList> m_groups; // groups still to read after the first
+    QStringList m_unread; // fields not yet asked for
+    QStringList m_group;  // the fields of the read in flight
+    // UTF-8 bytes a reply of flags (0) and of texts (1) weighs per estimated character; 0 until
+    // one has arrived.
+    std::array<double, 2> m_scale{0.0, 0.0};
     int m_total = 0;
     int m_done = 0;
     QString m_awaiting; // the Ref of the read in flight, upper-case

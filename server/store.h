@@ -11,6 +11,8 @@
 
 #include <optional>
 
+struct sqlite3_stmt;
+
 // The six tables of the command protocol. The numbers are stored in the file: never renumber.
 enum class Table { Exts = 1, System = 2, AB = 3, Routing = 4, Campaigns = 5, Scripts = 6 };
 
@@ -111,6 +113,9 @@ private:
     bool m_inGroup = false;
     bool m_inCommand = false; // a command's savepoint is open in the group
     QList<QSqlQuery *> m_queries;
+    // The column read, prepared on SQLite's own connection (nullptr until first used).
+    sqlite3_stmt *columnStatement();
+    sqlite3_stmt *m_columnStatement = nullptr;
 };
 
 // Field names compare without regard to case; this is the stored form they are compared by.
