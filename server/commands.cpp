@@ -9,6 +9,7 @@
 #include <QSet>
 
 #include <algorithm>
+#include <iterator>
 #include <numeric>
 
 using namespace Qt::StringLiterals;
@@ -30,11 +31,19 @@ bool isBlank(QChar c)
 // slow for a list of 100,000 rows, and the names here are unique by construction.)
 void appendEntry(QString &out, QStringView name, QChar type, QStringView value)
 {
+    // A list reply holds millions of entries: the length is written without a string of its own.
+    char16_t digits[20];
+    qsizetype first = std::size(digits);
+    qsizetype length = value.size();
+    do {
+        digits[--first] = char16_t(u'0' + length % 10);
+        length /= 10;
+    } while (length > 0);
     out += u'{';
     out += name;
     out += u'(';
     out += type;
-    out += QString::number(value.size());
+    out += QStringView(digits + first, std::size(digits) - first);
     out += u")="_s;
     out += value;
     out += u'}';
