@@ -176,7 +176,7 @@ void DeviceReader::replyArrived(const QString &message)
             values[0] = reader.text(u"Id");
             values[1] = reader.text(u"Ext");
             values[2] = reader.text(u"Type");
-            m_rowOfId.insert(values[0], devices.rows.size());
+            m_rowOfId.insert(qint64(reader.number(u"Id")), devices.rows.size());
             devices.rows.append(values);
         }
         m_unread = m_wanted;
@@ -193,7 +193,7 @@ void DeviceReader::replyArrived(const QString &message)
             positions.append(devices.indexOf(field));
         for (const QStringView row : rows) {
             const TagReader reader(row);
-            const auto found = m_rowOfId.constFind(reader.text(u"Id"));
+            const auto found = m_rowOfId.constFind(qint64(reader.number(u"Id")));
             if (found == m_rowOfId.cend())
                 continue; // a device stored since the first read
             QStringList &values = devices.rows[*found];

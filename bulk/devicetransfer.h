@@ -94,7 +94,7 @@ private:
     int m_total = 0;
     int m_done = 0;
     QString m_awaiting; // the Ref of the read in flight, upper-case
-    QHash<QString, qsizetype> m_rowOfId;
+    QHash<qint64, qsizetype> m_rowOfId;
     Result m_result;
     QTimer m_timer;
     int m_timeoutMs = 120000;
