@@ -86,13 +86,9 @@ qsizetype Plan::count(State state) const
     return std::count_if(entries.cbegin(), entries.cend(), [state](const Entry &e) { return e.state == state; });
 }
 
-QList<Entry> Plan::toSend() const
+qsizetype Plan::sending() const
 {
-    QList<Entry> sending;
-    for (const Entry &entry : entries)
-        if (!entry.command.isEmpty())
-            sending.append(entry);
-    return sending;
+    return std::count_if(entries.cbegin(), entries.cend(), [](const Entry &e) { return !e.command.isEmpty(); });
 }
 
 QString Plan::summary() const
@@ -161,8 +157,12 @@ Plan make(const DeviceSheet::Sheet &sheet, const DeviceSheet::Table &server)
         if (!number.isEmpty() && !byNumber.contains(number))
             byNumber.insert(number, i);
     }
+    // Where each field stands in the server's rows, looked up once for the whole sheet.
+    QHash<QString, qsizetype> fieldAt;
+    for (qsizetype i = 0; i < server.fields.size(); ++i)
+        fieldAt.insert(server.fields.at(i).toLower(), i);
     const auto serverValue = [&](qsizetype device, const QString &tag) {
-        const qsizetype at = server.indexOf(tag);
+        const qsizetype at = fieldAt.value(tag.toLower(), -1);
         return at < 0 ? QString() : server.rows.at(device).value(at);
     };
 

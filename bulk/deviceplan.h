@@ -36,8 +36,8 @@ struct Plan
 {
     QList<Entry> entries;
     qsizetype count(State state) const;
-    // The rows that send a command, in file order.
-    QList<Entry> toSend() const;
+    // How many rows send a command (new and changed ones).
+    qsizetype sending() const;
     // "N new, N changed, N unchanged, N rejected".
     QString summary() const;
 };

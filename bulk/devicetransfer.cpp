@@ -302,6 +302,15 @@ DeviceSender::DeviceSender(BulkChannel &channel, QObject *parent) : QObject(pare
     connect(&m_channel, &BulkChannel::lost, this, &DeviceSender::lost);
 }
 
+QList<DeviceSender::Item> DeviceSender::itemsOf(const DevicePlan::Plan &plan)
+{
+    QList<Item> items;
+    for (const DevicePlan::Entry &entry : plan.entries)
+        if (!entry.command.isEmpty())
+            items.append({entry.line, entry.command});
+    return items;
+}
+
 void DeviceSender::start(const QList<Item> &items)
 {
     m_items = items;

@@ -4,6 +4,7 @@
 // drops. QtCore only: the window and the command line share it.
 #pragma once
 
+#include "deviceplan.h"
 #include "devicesheet.h"
 
 #include <QObject>
@@ -123,6 +124,9 @@ public:
         // What happened, line by line in ranges, translated.
         QString report() const;
     };
+
+    // The commands of a plan's rows that send one, in file order, with their lines.
+    static QList<Item> itemsOf(const DevicePlan::Plan &plan);
 
     explicit DeviceSender(BulkChannel &channel, QObject *parent = nullptr);
     void start(const QList<Item> &items);

@@ -458,9 +458,7 @@ void BM_Import10000NewDevices(benchmark::State &state)
         serverDevicesRead = read->devices.rows.size();
 
         const DevicePlan::Plan plan = DevicePlan::make(sheet, read->devices);
-        QList<DeviceSender::Item> items;
-        for (const DevicePlan::Entry &entry : plan.toSend())
-            items.append({entry.line, entry.command});
+        const QList<DeviceSender::Item> items = DeviceSender::itemsOf(plan);
         planSeconds = secondsOf(timer) - checkSeconds - readSeconds;
         if (plan.count(DevicePlan::State::New) != importDevices || items.size() != importDevices)
             return state.SkipWithError("the plan does not store every device as new");

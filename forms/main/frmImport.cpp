@@ -125,7 +125,7 @@ void frmImport::readFinished(const DeviceReader::Result &result)
     m_plan = DevicePlan::make(m_sheet, result.devices);
     m_model->setPlan(m_plan, m_sheet);
     m_ui->Summary->setText(m_plan.summary());
-    const qsizetype sending = m_plan.toSend().size();
+    const qsizetype sending = m_plan.sending();
     if (sending == 0)
         m_ui->Status->setText(Translate(u"Nothing to import: every row is unchanged or rejected."_s));
     else if (m_plan.count(State::Rejected) > 0)
@@ -141,9 +141,7 @@ void frmImport::Send_Click()
 {
     if (m_step != Step::Planned || !m_ui->Send->isEnabled())
         return;
-    QList<DeviceSender::Item> items;
-    for (const DevicePlan::Entry &entry : m_plan.toSend())
-        items.append({entry.line, entry.command});
+    const QList<DeviceSender::Item> items = DeviceSender::itemsOf(m_plan);
     m_ui->Status->setText(Translate({}, u"Sending: <1>..."_s, TranslatePlural(items.size(), u"row"_s)));
     setStep(Step::Sending);
     m_ui->Progress->setRange(0, int(items.size()));
@@ -228,6 +226,6 @@ void frmImport::updateControls()
     m_ui->Browse->setEnabled(m_step != Step::Reading && m_step != Step::Sending);
     m_ui->Partial->setVisible(rejected > 0);
     m_ui->Partial->setEnabled(planned);
-    m_ui->Send->setEnabled(planned && !m_plan.toSend().isEmpty() &&
+    m_ui->Send->setEnabled(planned && m_plan.sending() > 0 &&
                            (rejected == 0 || m_ui->Partial->isChecked()));
 }

@@ -3,6 +3,7 @@
 // devices stored exactly as the device window stores them, and an import cut off halfway that says
 // what it wrote and is finished by running it again.
 #include "deviceplan.h"
+#include "devicereads.h"
 #include "devicerecord.h"
 #include "devicetransfer.h"
 #include "findchild.h"
@@ -45,16 +46,7 @@ class TestBulkImport : public QObject
     std::unique_ptr<ServerFixture> m_fixture;
     std::unique_ptr<SessionChannel> m_channel;
 
-    DeviceSheet::Table readDevices(const QStringList &fields)
-    {
-        DeviceReader reader(*m_channel);
-        std::optional<DeviceReader::Result> result;
-        connect(&reader, &DeviceReader::finished, this, [&](const DeviceReader::Result &r) { result = r; });
-        reader.start(fields);
-        if (!QTest::qWaitFor([&] { return result.has_value(); }, 60000) || !result->ok())
-            qWarning() << "device read failed:" << (result ? result->error : u"no answer"_s);
-        return result ? result->devices : DeviceSheet::Table{};
-    }
+    DeviceSheet::Table readDevices(const QStringList &fields) { return ::readDevices(*m_channel, fields); }
     DevicePlan::Plan planOf(const DeviceSheet::Sheet &sheet)
     {
         return DevicePlan::make(sheet, readDevices(DevicePlan::fieldsToRead(sheet)));
@@ -69,10 +61,7 @@ class TestBulkImport : public QObject
             if (confirmed > 0 && onFirstProgress)
                 std::exchange(onFirstProgress, {})();
         });
-        QList<DeviceSender::Item> items;
-        for (const DevicePlan::Entry &entry : plan.toSend())
-            items.append({entry.line, entry.command});
-        sender.start(items);
+        sender.start(DeviceSender::itemsOf(plan));
         if (!QTest::qWaitFor([&] { return result.has_value(); }, 120000))
             return {DeviceSender::Result::Lost, u"no end"_s, {}, {}, {}};
         return *result;

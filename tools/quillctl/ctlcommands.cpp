@@ -137,10 +137,7 @@ void ImportCommand::devicesRead(const DeviceReader::Result &result)
         emit done(ExitIncomplete);
         return;
     }
-    QList<DeviceSender::Item> items;
-    const QList<DevicePlan::Entry> sending = plan.toSend();
-    for (const DevicePlan::Entry &entry : sending)
-        items.append({entry.line, entry.command});
+    const QList<DeviceSender::Item> items = DeviceSender::itemsOf(plan);
     if (items.isEmpty()) {
         emit done(planned);
         return;
