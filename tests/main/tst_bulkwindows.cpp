@@ -3,6 +3,7 @@
 // sheet is checked, planned and previewed, and sent only when asked, leaving its rejected rows out;
 // an export writes the chosen fields of the listed or of all devices.
 #include "devicesheet.h"
+#include "devicereads.h"
 #include "devicetransfer.h"
 #include "directorymodel.h"
 #include "directorypage.h"
@@ -98,12 +99,7 @@ void BulkWindowsTest::cleanupTestCase()
 DeviceSheet::Table BulkWindowsTest::readDevices(const QStringList &fields)
 {
     SessionChannel channel(m_fixture->session);
-    DeviceReader reader(channel);
-    std::optional<DeviceReader::Result> result;
-    connect(&reader, &DeviceReader::finished, this, [&](const DeviceReader::Result &r) { result = r; });
-    reader.start(fields);
-    return QTest::qWaitFor([&] { return result.has_value(); }, 20000) ? result->devices
-                                                                      : DeviceSheet::Table();
+    return ::readDevices(channel, fields);
 }
 
 void BulkWindowsTest::importShowsThePlanAndSendsOnlyTheAcceptedRowsWhenAsked()
