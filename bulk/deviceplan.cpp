@@ -38,11 +38,6 @@ bool keeps(const Column &column, int kind)
     return kind >= 0 ? (column.kinds & (1 << kind)) != 0 : column.kinds == DeviceSheet::AllKinds;
 }
 
-QString flagValue(const QString &value)
-{
-    return value.trimmed() == u"1"_s ? u"1"_s : u"0"_s;
-}
-
 // The values of a new device's defaults that an import writes, read once: flags and buttons.
 const QHash<QString, QString> &newDeviceDefaults()
 {
@@ -135,7 +130,7 @@ QString newDeviceCommand(const DeviceSheet::Row &row)
         }
         if (c->holds == Holds::Flag) // a check box writes a number, as the window's boxes do
             AddVar(fields, c->tag,
-                   (given.trimmed().isEmpty() ? flagValue(defaults.value(c->tag)) : flagValue(given)).toInt());
+                   DeviceSheet::stored(*c, given.trimmed().isEmpty() ? defaults.value(c->tag) : given).toInt());
         else
             AddVar(fields, c->tag, DeviceSheet::stored(*c, given));
     }
@@ -198,7 +193,7 @@ Plan make(const DeviceSheet::Sheet &sheet, const DeviceSheet::Table &server)
                 continue;
             QString before = serverValue(device, c->tag);
             if (c->holds == Holds::Flag)
-                before = flagValue(before);
+                before = DeviceSheet::stored(*c, before);
             else if (c->holds == Holds::Kind)
                 before = before.toUpper();
             const QString after = DeviceSheet::stored(*c, given);
